@@ -1,0 +1,110 @@
+// CString: the class library's byte string. It holds any bytes, NUL included,
+// and its own operations work over its whole length; reading it as LPCTSTR
+// gives the zero-terminated characters.
+#ifndef DEVDEF_PLATFORM_CSTRING_H_
+#define DEVDEF_PLATFORM_CSTRING_H_
+
+#include <string>
+
+#include "devdef/platform/types.h"
+
+class CString {
+ public:
+  CString() = default;
+  CString(const CString& other) = default;
+  CString(CString&& other) noexcept = default;
+  CString(LPCTSTR psz);  // NOLINT: implicit, as in the class library; null is empty
+  CString(const unsigned char* psz);  // NOLINT
+  CString(LPCTSTR pch, int nLength);
+  explicit CString(TCHAR ch, int nRepeat = 1);
+  ~CString() = default;
+
+  CString& operator=(const CString& other) = default;
+  CString& operator=(CString&& other) noexcept = default;
+  CString& operator=(LPCTSTR psz);
+  CString& operator=(TCHAR ch);
+
+  int GetLength() const { return static_cast<int>(m_str.size()); }
+  BOOL IsEmpty() const { return m_str.empty(); }
+  // Empties the string; the storage is kept for the next use.
+  void Empty() { m_str.clear(); }
+
+  TCHAR GetAt(int nIndex) const { return m_str[static_cast<size_t>(nIndex)]; }
+  TCHAR operator[](int nIndex) const { return GetAt(nIndex); }
+  void SetAt(int nIndex, TCHAR ch) { m_str[static_cast<size_t>(nIndex)] = ch; }
+  operator LPCTSTR() const { return m_str.c_str(); }  // NOLINT
+
+  CString& operator+=(const CString& other);
+  CString& operator+=(LPCTSTR psz);  // a null pointer adds nothing
+  CString& operator+=(TCHAR ch);
+  CString& operator+=(unsigned char ch) { return *this += static_cast<TCHAR>(ch); }
+
+  // strcmp-style results: <0, 0, >0; the second folds ASCII case.
+  int Compare(LPCTSTR psz) const;
+  int CompareNoCase(LPCTSTR psz) const;
+
+  CString Mid(int nFirst) const;
+  CString Mid(int nFirst, int nCount) const;
+  CString Left(int nCount) const;
+  CString Right(int nCount) const;
+
+  int Find(TCHAR ch, int nStart = 0) const;
+  int Find(LPCTSTR pszSub, int nStart = 0) const;
+  int ReverseFind(TCHAR ch) const;
+  int FindOneOf(LPCTSTR pszCharSet) const;
+
+  int Replace(TCHAR chOld, TCHAR chNew);
+  int Replace(LPCTSTR pszOld, LPCTSTR pszNew);
+  int Remove(TCHAR ch);
+  int Insert(int nIndex, TCHAR ch);
+  int Insert(int nIndex, LPCTSTR psz);
+  int Delete(int nIndex, int nCount = 1);
+
+  // White space is blank, tab, LF, VT, FF and CR.
+  CString& TrimLeft();
+  CString& TrimLeft(TCHAR chTarget);
+  CString& TrimLeft(LPCTSTR pszTargets);
+  CString& TrimRight();
+  CString& TrimRight(TCHAR chTarget);
+  CString& TrimRight(LPCTSTR pszTargets);
+  CString& Trim() { return TrimRight().TrimLeft(); }
+
+  void MakeUpper();
+  void MakeLower();
+
+  void Format(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
+  void AppendFormat(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
+
+  // Direct access to the bytes: the buffer holds at least nMinBufLength bytes
+  // plus a terminating zero. ReleaseBuffer(-1) takes the length up to the
+  // first zero byte.
+  LPTSTR GetBuffer(int nMinBufLength);
+  LPTSTR GetBufferSetLength(int nNewLength);
+  void ReleaseBuffer(int nNewLength = -1);
+
+  // Not in the class library: reserves room for appending without moving.
+  void Preallocate(int nLength) { m_str.reserve(static_cast<size_t>(nLength)); }
+
+ private:
+  friend bool operator==(const CString& lhs, const CString& rhs);
+  friend bool operator<(const CString& lhs, const CString& rhs);
+  friend CString operator+(const CString& lhs, const CString& rhs);
+
+  std::string m_str;
+};
+
+bool operator==(const CString& lhs, const CString& rhs);
+bool operator==(const CString& lhs, LPCTSTR rhs);
+bool operator==(LPCTSTR lhs, const CString& rhs);
+bool operator!=(const CString& lhs, const CString& rhs);
+bool operator!=(const CString& lhs, LPCTSTR rhs);
+bool operator!=(LPCTSTR lhs, const CString& rhs);
+bool operator<(const CString& lhs, const CString& rhs);
+
+CString operator+(const CString& lhs, const CString& rhs);
+CString operator+(const CString& lhs, LPCTSTR rhs);
+CString operator+(LPCTSTR lhs, const CString& rhs);
+CString operator+(const CString& lhs, TCHAR rhs);
+CString operator+(TCHAR lhs, const CString& rhs);
+
+#endif  // DEVDEF_PLATFORM_CSTRING_H_

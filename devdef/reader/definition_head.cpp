@@ -1,0 +1,41 @@
+#include "devdef/reader/definition_head.h"
+
+#include <cstring>
+
+#include "devdef/catalogue/device_item.h"
+
+int DevdefDefinitionKeyword(const char* pszLine) {
+  static const char* const kKeywords[] = {"KVR3DEF:", "KVR4DEF:", "KVR5DEF:"};
+  for (int i = 0; i < 3; ++i) {
+    if (std::strncmp(pszLine, kKeywords[i], 8) == 0) return 3 + i;
+  }
+  return 0;
+}
+
+void DevdefNormaliseHead(CString& strHead) {
+  strHead.TrimLeft();
+  strHead.Replace('\t', ' ');
+  // Replacing two blanks by one until nothing changes leaves every run of
+  // blanks as one blank; doing it in one pass gives the same text.
+  const int length = strHead.GetLength();
+  LPTSTR text = strHead.GetBuffer(length);
+  int out = 0;
+  for (int in = 0; in < length; ++in) {
+    if (text[in] == ' ' && out > 0 && text[out - 1] == ' ') continue;
+    text[out++] = text[in];
+  }
+  strHead.ReleaseBuffer(out);
+}
+
+CStringArray* DevdefHeaderList(const CString& strKeyword) {
+  if (strKeyword.CompareNoCase("HOUSING_LIST") == 0 && strKeyword.GetLength() == 12) {
+    return &DEVICE_ITEM::m_PackageList;
+  }
+  if (strKeyword.CompareNoCase("ADAPTER_LIST") == 0 && strKeyword.GetLength() == 12) {
+    return &DEVICE_ITEM::m_AdapterList;
+  }
+  if (strKeyword.CompareNoCase("MODUL_LIST") == 0 && strKeyword.GetLength() == 10) {
+    return &DEVICE_ITEM::m_ModulList;
+  }
+  return nullptr;
+}

@@ -1,0 +1,21 @@
+// Helpers shared by the definition line readers of every layout.
+#ifndef DEVDEF_READER_DEFINITION_HEAD_H_
+#define DEVDEF_READER_DEFINITION_HEAD_H_
+
+#include "devdef/platform/cstring.h"
+#include "devdef/platform/typed_arrays.h"
+
+// The generation of a definition line keyword at the start of pszLine:
+// 3, 4 or 5 for "KVR3DEF:", "KVR4DEF:", "KVR5DEF:" (compared exactly), else 0.
+int DevdefDefinitionKeyword(const char* pszLine);
+
+// Normalises the number fields in front of a definition line's colon: white
+// space at the start is removed, tabs become blanks, and every run of blanks
+// closes up to one blank. A trailing blank stays.
+void DevdefNormaliseHead(CString& strHead);
+
+// The header list that a keyword names, compared without regard to case:
+// "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
+CStringArray* DevdefHeaderList(const CString& strKeyword);
+
+#endif  // DEVDEF_READER_DEFINITION_HEAD_H_

@@ -1,0 +1,168 @@
+// The recognisers of the read loop. Each scans the read buffer from
+// m_nBufPos, never past m_nBufSize, and leaves the position one byte short of
+// where the loop is to go on, since the loop's tail adds one.
+#include <cstring>
+
+#include "devdef/catalogue/device_def_ctrl.h"
+#include "devdef/platform/crt.h"
+
+namespace {
+
+bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
+bool EndsName(unsigned char c) { return c == ' ' || IsLineEnd(c); }
+
+const char kVersionKeyword[] = "DEF_LAYOUT_VERSION";
+const int kVersionKeywordLength = sizeof kVersionKeyword - 1;
+
+// strToken equals the keyword without regard to case.
+bool IsVersionKeyword(const CString& strToken) {
+  return strToken.GetLength() == kVersionKeywordLength && strToken.CompareNoCase(kVersionKeyword) == 0;
+}
+
+}  // namespace
+
+int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POSITION posDevice,
+                                        CString& strToken, unsigned char& cCurrent, int& nLineState) {
+  if (!strToken.IsEmpty() || posKind != nullptr || posManuf != nullptr || posDevice != nullptr ||
+      m_nFileLayout != -1) {
+    return 0;
+  }
+  const BYTE* buffer = m_FileBuf.GetData();
+  bool keywordSeen = false;
+  for (;;) {
+    if (m_nBufPos >= m_nBufSize) return 0;
+    cCurrent = buffer[m_nBufPos];
+    // The keyword is compared before each byte is appended, so it is seen
+    // exactly when the line opens with it; only at its length can it match.
+    if (!keywordSeen && IsVersionKeyword(strToken)) keywordSeen = true;
+    if (IsLineEnd(cCurrent)) break;
+    strToken += cCurrent;
+    ++m_nBufPos;
+  }
+  bool numberRead = false;
+  if (keywordSeen) {
+    const int equals = strToken.Find('=');
+    int layout = 0;
+    if (equals >= 0 && DevdefScanDecimal(static_cast<LPCTSTR>(strToken) + equals + 1, &layout) == 1) {
+      m_nFileLayout = layout;
+      numberRead = true;
+    }
+  }
+  --m_nBufPos;
+  if (!numberRead) return 0;
+  nLineState = 2;
+  return 1;
+}
+
+POSITION KCDeviceDefCtrl::RDF_ManufacturerItem(POSITION posKind, CString& strToken, unsigned char& cCurrent,
+                                               int& nLineState) {
+  if (posKind == nullptr) return nullptr;
+  TAG_KIND_OF_DEVICE& kind = m_DeviceList.GetAt(posKind);
+  if (kind.m_pManufList == nullptr) kind.m_pManufList = new CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>(10);
+  const BYTE* buffer = m_FileBuf.GetData();
+  for (;;) {
+    ++m_nBufPos;
+    if (m_nBufPos >= m_nBufSize) return nullptr;
+    cCurrent = buffer[m_nBufPos];
+    if (EndsName(cCurrent)) break;
+    strToken += cCurrent;
+  }
+  --m_nBufPos;
+  strToken.Replace('_', ' ');
+  TAG_DEVICE_MANUF manuf;
+  manuf.m_Name = strToken;
+  manuf.m_pDeviceList = nullptr;
+  manuf.m_KindPos = posKind;
+  const POSITION posManuf = kind.m_pManufList->AddTail(manuf);
+  strToken.Empty();
+  nLineState = 2;
+  return posManuf;
+}
+
+int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strToken, int& nLineState) {
+  if (!(m_nBufPos + 1 < m_nBufSize) || !EndsName(m_FileBuf.GetData()[m_nBufPos + 1])) return 0;
+  strToken.Replace('_', ' ');
+  TAG_KIND_OF_DEVICE kind;
+  kind.m_Name = strToken;
+  kind.m_pManufList = nullptr;
+  posKind = m_DeviceList.AddTail(kind);
+  strToken.Empty();
+  nLineState = 2;
+  return 1;
+}
+
+int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf, POSITION& posDevice,
+                                            CString& strToken, unsigned char& cCurrent, int& nLineState) {
+  if (posKind == nullptr || posManuf == nullptr) return 0;
+  const BYTE* buffer = m_FileBuf.GetData();
+  for (;;) {
+    if (m_nBufPos >= m_nBufSize) return 0;
+    cCurrent = buffer[m_nBufPos];
+    if (cCurrent == ':') return 0;
+    if (EndsName(cCurrent)) break;
+    strToken += cCurrent;
+    ++m_nBufPos;
+  }
+  DWORD flags = 0;
+  if (!strToken.IsEmpty()) {
+    const unsigned char first = static_cast<unsigned char>(strToken[0]);
+    if (first == 0xB0) {
+      strToken.Delete(0);
+      flags |= 1;
+    } else if (first == 0xDF) {
+      strToken.Delete(0);
+      flags |= 2;
+    }
+    strToken.Replace('_', ' ');
+  }
+  DEVICE_ITEM device;
+  device.m_DeviceName = strToken;
+  device.m_DeviceFlags = flags;
+  device.m_ManufPos = posManuf;
+  device.m_KindPos = posKind;
+  // The current manufacturer may belong to an earlier kind than the current
+  // one, so it is reached through its own position.
+  TAG_DEVICE_MANUF& manuf = CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>::GetAtPosition(posManuf);
+  if (manuf.m_pDeviceList == nullptr) manuf.m_pDeviceList = new CList<DEVICE_ITEM, DEVICE_ITEM&>(10);
+  posDevice = manuf.m_pDeviceList->AddTail(device);
+  strToken.Empty();
+  nLineState = 2;
+  return 1;
+}
+
+int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice,
+                                         CString& strToken, unsigned char& cCurrent, int& nLineState) {
+  if (posKind == nullptr || posManuf == nullptr || posDevice == nullptr) return 0;
+  const BYTE* buffer = m_FileBuf.GetData();
+  bool braceSeen = false;
+  for (;;) {
+    strToken.Empty();
+    bool inComment = false;
+    for (;;) {
+      if (m_nBufPos >= m_nBufSize) return 0;
+      cCurrent = buffer[m_nBufPos++];
+      if (IsLineEnd(cCurrent)) break;
+      if (cCurrent == ';') {
+        inComment = true;
+      } else if (!inComment) {
+        strToken += cCurrent;
+      }
+    }
+    const DWORD lineEnd = m_nBufPos - 1;
+    strToken.Trim();
+    if (strToken.IsEmpty()) continue;
+    if (!braceSeen) {
+      if (strToken[0] != '{') return 0;
+      braceSeen = true;
+      continue;
+    }
+    if (strToken[0] == '}') {
+      strToken.Empty();
+      // The "}" stands in front of its line end, so lineEnd is at least 1.
+      m_nBufPos = lineEnd - 1;
+      nLineState = 2;
+      return 1;
+    }
+    if (!RDF_ReadKvrXDefLine(posKind, posManuf, posDevice, strToken)) return 0;
+  }
+}

@@ -1,0 +1,36 @@
+// Opens a definition file for the tool: picks the controller for its layout,
+// reads it, and turns the library's message boxes into lines on standard
+// error.
+#ifndef DEVDEF_TOOLS_CATALOGUE_FILE_H_
+#define DEVDEF_TOOLS_CATALOGUE_FILE_H_
+
+#include <memory>
+#include <string>
+
+#include "devdef/devdef.h"
+
+struct CatalogueOptions {
+  int generation = 5;
+  bool checkIds = false;
+};
+
+class CatalogueFile {
+ public:
+  CatalogueFile(std::string path, const CatalogueOptions& options);
+  ~CatalogueFile();
+  CatalogueFile(const CatalogueFile&) = delete;
+  CatalogueFile& operator=(const CatalogueFile&) = delete;
+
+  // Reads the file; on failure a message is on standard error and the result
+  // is false.
+  bool Read();
+  KCDeviceDefCtrl& Controller() { return *m_ctrl; }
+
+ private:
+  std::string m_path;
+  CatalogueOptions m_options;
+  std::unique_ptr<KCDeviceDefCtrl> m_ctrl;
+  AFX_MESSAGEBOX_HANDLER m_previousHandler;
+};
+
+#endif  // DEVDEF_TOOLS_CATALOGUE_FILE_H_
