@@ -1,5 +1,8 @@
 // devdef: the command-line companion of the devdef library.
+#include <cerrno>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -18,6 +21,9 @@ const char kUsage[] =
     "commands:\n"
     "  tree FILE      print the catalogue: kinds, manufacturers, devices and\n"
     "                 their visible definitions\n"
+    "  find FILE --id N\n"
+    "                 print where the visible definition with id N stands and\n"
+    "                 its fields; exit status 1 when there is none\n"
     "\n"
     "options:\n"
     "  --generation N  the generation in force: 3, 4 or 5 (default 5)\n"
@@ -31,6 +37,18 @@ int UsageError(const std::string& message) {
   return 2;
 }
 
+// An id as the file writes it: a 32-bit number, given signed or unsigned.
+bool ParseId(const char* text, int* pId) {
+  char* end = nullptr;
+  errno = 0;
+  const long long value = std::strtoll(text, &end, 10);
+  if (errno != 0 || end == text || *end != '\0' || value < INT32_MIN || value > UINT32_MAX) return false;
+  *pId = static_cast<int>(static_cast<std::uint32_t>(value));
+  return true;
+}
+
+std::string IdText(int id) { return std::to_string(static_cast<std::uint32_t>(id)); }
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -42,6 +60,8 @@ int main(int argc, char** argv) {
   }
 
   CatalogueOptions options;
+  bool haveId = false;
+  int id = 0;
   std::vector<std::string> operands;
   for (int i = 2; i < argc; ++i) {
     const std::string arg = argv[i];
@@ -50,6 +70,10 @@ int main(int argc, char** argv) {
       return 0;
     } else if (arg == "--check-ids") {
       options.checkIds = true;
+    } else if (arg == "--id") {
+      if (i + 1 >= argc) return UsageError("--id needs a value");
+      if (!ParseId(argv[++i], &id)) return UsageError("--id takes a whole number");
+      haveId = true;
     } else if (arg == "--generation") {
       if (i + 1 >= argc) return UsageError("--generation needs a value");
       const std::string value = argv[++i];
@@ -68,6 +92,15 @@ int main(int argc, char** argv) {
     if (!catalogue.Read()) return 2;
     PrintTree(stdout, catalogue.Controller());
     return 0;
+  }
+  if (command == "find") {
+    if (operands.size() != 1) return UsageError("find takes exactly one FILE");
+    if (!haveId) return UsageError("find needs --id N");
+    CatalogueFile catalogue(operands[0], options);
+    if (!catalogue.Read()) return 2;
+    if (PrintFoundId(stdout, catalogue.Controller(), id)) return 0;
+    std::fprintf(stderr, "devdef: no visible definition has the id %s\n", IdText(id).c_str());
+    return 1;
   }
   return UsageError("unknown command '" + command + "'");
 }

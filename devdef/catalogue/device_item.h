@@ -4,6 +4,8 @@
 #define DEVDEF_CATALOGUE_DEVICE_ITEM_H_
 
 
+#include <string>
+
 #include "devdef/catalogue/definition_item.h"
 #include "devdef/platform/carray.h"
 #include "devdef/platform/cstring.h"
@@ -43,6 +45,15 @@ class DEVICE_ITEM {
   static const char* GetModulName(int nIndex);
   // The package piece of an adapter name "a_b_package/rest", or empty.
   CString GetAdaptPackage(CString strName);
+
+  // The package name of the visible definition at nIndex, or null. The text
+  // is one string shared by the whole process: it holds until the next call
+  // on any device.
+  const char* GetDevicePackage(int nIndex);
+  // The package and the module pieces of a structured name
+  // "path/lead#package#module#rest"; the module comes as "@(MODULE = m)".
+  static std::string GetK5PackageName(std::string strName);
+  static std::string GetK5ModuleName(std::string strName);
 
   CString m_DeviceName;
   CWordArray m_HousingIds;
