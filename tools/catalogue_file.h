@@ -25,11 +25,14 @@ class CatalogueFile {
   // is false.
   bool Read();
   KCDeviceDefCtrl& Controller() { return *m_ctrl; }
+  // The layout named by the file's version line, -1 for none.
+  int Layout() const { return m_layout; }
 
  private:
   std::string m_path;
   CatalogueOptions m_options;
   std::unique_ptr<KCDeviceDefCtrl> m_ctrl;
+  int m_layout = -1;
   AFX_MESSAGEBOX_HANDLER m_previousHandler;
 };
 

@@ -65,6 +65,15 @@ class KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
   int RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
                          unsigned char& cCurrent, int& nLineState);
 
+  // What a device block reader does with one of the block's lines.
+  typedef int (KCDeviceDefCtrl::*BlockLineReader)(POSITION posKind, POSITION posManuf, POSITION posDevice,
+                                                  const CString& strLine);
+  // Reads a device block line by line up to its "}", handing each line in
+  // between, without comment and trimmed, to pfnLine; a 0 from it ends the
+  // block. The device block readers of every layout are built on it.
+  int RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                         unsigned char& cCurrent, int& nLineState, BlockLineReader pfnLine);
+
   // The duplicate-id check that every definition reader runs before it adds
   // a definition with this id (only while m_bCheckIds is non-zero).
   void RDF_CheckDuplicateId(DWORD nId);

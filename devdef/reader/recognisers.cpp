@@ -132,6 +132,13 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf,
 
 int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice,
                                          CString& strToken, unsigned char& cCurrent, int& nLineState) {
+  return RDF_ReadBlockLines(posKind, posManuf, posDevice, strToken, cCurrent, nLineState,
+                            &KCDeviceDefCtrl::RDF_ReadKvrXDefLine);
+}
+
+int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice,
+                                        CString& strToken, unsigned char& cCurrent, int& nLineState,
+                                        BlockLineReader pfnLine) {
   if (posKind == nullptr || posManuf == nullptr || posDevice == nullptr) return 0;
   const BYTE* buffer = m_FileBuf.GetData();
   bool braceSeen = false;
@@ -163,6 +170,7 @@ int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, PO
       nLineState = 2;
       return 1;
     }
-    if (!RDF_ReadKvrXDefLine(posKind, posManuf, posDevice, strToken)) return 0;
+    // A virtual reader named here is still reached through the virtual table.
+    if (!(this->*pfnLine)(posKind, posManuf, posDevice, strToken)) return 0;
   }
 }

@@ -1,0 +1,119 @@
+// The layout 7 definition line reader and its number lists.
+#include <cstring>
+
+#include "devdef/catalogue/device_def_ctrl_v3.h"
+#include "devdef/platform/crt.h"
+#include "devdef/reader/definition_head.h"
+
+namespace {
+
+// Keywords whose lines are accepted and dropped, compared over their length.
+const char* const kDroppedKeywords[] = {
+    "KVR5M_DEF:", "KVR5D_DEF:", "KVR5P_DEF:", "KVR5M_DEF_ORIGIN:", "KVR5D_DEF_ORIGIN:", "KVR5P_DEF_ORIGIN:",
+};
+
+enum FieldForm { kDecimal, kHex, kNumberList };
+
+// The fifteen fields of the head in file order: id, package list, module,
+// adapter list, then the eleven values.
+const FieldForm kFieldForms[15] = {kDecimal, kNumberList, kDecimal, kNumberList, kDecimal,
+                                   kDecimal, kDecimal,    kDecimal, kHex,        kHex,
+                                   kDecimal, kDecimal,    kHex,     kDecimal,    kHex};
+
+}  // namespace
+
+int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
+                                           const CString& strLine) {
+  DEVICE_ITEM& device = CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice);
+  DEVICE_KVRXDEF_ITEM def;
+  def.m_MarkFlags = device.m_DeviceFlags;
+
+  CString line = strLine;
+  if (!line.IsEmpty()) {
+    const unsigned char first = static_cast<unsigned char>(line[0]);
+    if (first == 0xB0) {
+      line.Delete(0);
+      def.m_MarkFlags |= 1;
+    } else if (first == 0xDF) {
+      line.Delete(0);
+      def.m_MarkFlags |= 2;
+    }
+  }
+
+  const int generation = DevdefDefinitionKeyword(line);
+  if (generation == 0) {
+    for (const char* keyword : kDroppedKeywords) {
+      if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return 1;
+    }
+    return 0;
+  }
+  def.m_KvrType = static_cast<BYTE>(generation);
+
+  const int colon = line.Find(':', 8);
+  if (colon < 0) return 0;
+  CString head = line.Mid(8, colon - 8);
+  def.m_DefLine = line.Mid(colon + 1);
+  DevdefNormaliseHead(head);
+
+  const char* cursor = head;
+  int value = 0;  // the next of the eleven values
+  for (int field = 0; field < 15; ++field) {
+    if (kFieldForms[field] == kNumberList) {
+      if (!BuildList(field == 1 ? &def.m_PackageIds : &def.m_AdapterIds, &cursor)) return 0;
+      continue;
+    }
+    DWORD number = 0;
+    if (kFieldForms[field] == kHex) {
+      unsigned int hex = 0;
+      if (DevdefScanHex(cursor, &hex) != 1) return 0;
+      number = hex;
+    } else {
+      int decimal = 0;
+      if (DevdefScanDecimal(cursor, &decimal) != 1) return 0;
+      number = static_cast<DWORD>(decimal);
+    }
+    if (field == 0) {
+      def.m_DefID = number;
+    } else if (field == 2) {
+      def.m_ModulId = number;
+    } else {
+      def.m_DefValues[value++] = number;
+    }
+    if (field == 14) break;
+    cursor = std::strchr(cursor, ' ');
+    if (cursor == nullptr) return 0;
+    ++cursor;
+  }
+
+  if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
+  device.AddDevice(m_nKvrType, def);
+  return 1;
+}
+
+int KCDeviceDefCtrlV3::BuildList(CWordArray* pArray, const char** ppCursor) {
+  const char* scan = *ppCursor;
+  bool numberRead = false;
+  bool commaSeen = false;
+  for (;;) {
+    if (*scan == ' ') {
+      ++scan;
+      continue;
+    }
+    if (*scan == ',' && numberRead) {
+      commaSeen = true;
+      ++scan;
+      continue;
+    }
+    if (numberRead && !commaSeen) {
+      *ppCursor = scan;
+      return 1;
+    }
+    int number = 0;
+    if (DevdefScanDecimal(scan, &number) != 1) return 0;
+    pArray->SetAtGrow(pArray->GetSize(), static_cast<WORD>(number));
+    numberRead = true;
+    commaSeen = false;
+    // On to the next blank or comma; the end of the text ends the search.
+    while (*scan != '\0' && *scan != ' ' && *scan != ',') ++scan;
+  }
+}
