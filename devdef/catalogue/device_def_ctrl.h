@@ -10,6 +10,8 @@
 #include "devdef/catalogue/catalogue_tags.h"
 #include "devdef/catalogue/definition_item.h"
 #include "devdef/catalogue/device_item.h"
+#include "devdef/platform/carchive.h"
+#include "devdef/platform/cfile.h"
 #include "devdef/platform/clist.h"
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/typed_arrays.h"
@@ -42,6 +44,12 @@ class KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
   void FoundDeviceList_clear() override;
   void InitSelectedDeviceList(int nCount, int* pIds) override;
   int getNextDeviceID() override { return static_cast<int>(m_nNextDeviceID); }
+  // A layout 1 catalogue cannot be converted: always 0, nothing written.
+  virtual int ConvertDefFileToVersion3(CArchive& ar);
+  // Writes the catalogue as definition file text to the archive's file.
+  // 1: all written; 0: the archive has no file. A failed write throws
+  // CFileException* to the caller.
+  virtual int WriteDefFile(CArchive& ar);
 
   // Empties the catalogue, the read buffer, the three class-wide name lists
   // (for every controller of the process) and the found and selected lists.
@@ -73,6 +81,15 @@ class KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
   // block. The device block readers of every layout are built on it.
   int RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
                          unsigned char& cCurrent, int& nLineState, BlockLineReader pfnLine);
+
+  // Writes one definition line; false stops the writing.
+  typedef bool (KCDeviceDefCtrl::*DefinitionLineWriter)(CFile& file, DEVICE_KVRXDEF_ITEM& def);
+  // Writes the version line with nVersion, the header lists and the tree,
+  // each definition through pfnLine. 1 when all was written, 0 when the
+  // archive has no file or pfnLine stopped.
+  int WDF_WriteCatalogue(CArchive& ar, int nVersion, DefinitionLineWriter pfnLine);
+  // The layout 1 definition line, also written for layout 2.
+  bool WDF_WriteLayout1Line(CFile& file, DEVICE_KVRXDEF_ITEM& def);
 
   // The duplicate-id check that every definition reader runs before it adds
   // a definition with this id (only while m_bCheckIds is non-zero).

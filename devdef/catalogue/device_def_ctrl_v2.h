@@ -9,9 +9,18 @@ class KCDeviceDefCtrlV2 : public KCDeviceDefCtrl {
   KCDeviceDefCtrlV2(CString strPath, int nKvrType, int bCheckIds);
   ~KCDeviceDefCtrlV2() override = default;
 
+  // Writes the catalogue with version 3 and eleven values on each line, the
+  // last seven taken from the start of each definition's text. 0 when the
+  // archive has no file or a text does not open with seven numbers; then
+  // the file ends inside the failing line.
+  int ConvertDefFileToVersion3(CArchive& ar) override;
+
  protected:
   // Reads a layout 2 definition line: three values in front of the colon.
   int RDF_ReadKvrXDefLine(POSITION posKind, POSITION posManuf, POSITION posDevice, const CString& strLine) override;
+
+ private:
+  bool WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM& def);
 };
 
 #endif  // DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V2_H_

@@ -13,6 +13,12 @@ class KCDeviceDefCtrlV3 : public KCDeviceDefCtrlV2 {
   KCDeviceDefCtrlV3(CString strPath, int nKvrType, int bCheckIds, cKvr5CfgContent* pCfgContent);
   ~KCDeviceDefCtrlV3() override = default;
 
+  // Writes the catalogue with the eleven-value definition line.
+  int WriteDefFile(CArchive& ar) override;
+  // Writes m_strPath + "k4devicelist.txt": every device with the adapters of
+  // its generation 4 definitions. Failures of the file are swallowed.
+  virtual void WriteK4DeviceList();
+
  protected:
   // Device blocks with "DEVICE_HOUSING_LIST:" lines.
   int RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
@@ -32,6 +38,7 @@ class KCDeviceDefCtrlV3 : public KCDeviceDefCtrlV2 {
   int RDF_BuildList(CStringArray* pList, CByteArray* pText);
 
  private:
+  bool WDF_WriteLayout7Line(CFile& file, DEVICE_KVRXDEF_ITEM& def);
   // One line of a device block: a housing line or a definition line.
   int RDF_ReadBlockLine(POSITION posKind, POSITION posManuf, POSITION posDevice, const CString& strLine);
 };
