@@ -67,7 +67,7 @@ CatalogueFile::~CatalogueFile() {
 bool CatalogueFile::Read() {
   // The controller of the file's own layout; layout 1 when the file names
   // none, so that the library itself reports what it makes of the file.
-  m_layout = SniffLayout(m_path);
+  m_layout = m_options.layout != 0 ? m_options.layout : SniffLayout(m_path);
   const int checkIds = m_options.checkIds ? 1 : 0;
   if (m_layout == 2) {
     m_ctrl.reset(new KCDeviceDefCtrlV2("", m_options.generation, checkIds));

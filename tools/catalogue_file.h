@@ -10,6 +10,7 @@
 #include "devdef/devdef.h"
 
 struct CatalogueOptions {
+  int layout = 0;  // 0: the file's own version line
   int generation = 5;
   bool checkIds = false;
 };

@@ -1,106 +1,115 @@
 // devdef: the command-line companion of the devdef library.
-#include <cerrno>
+#include <CLI/CLI.hpp>
+
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <string>
-#include <vector>
 
 #include "devdef/devdef.h"
 #include "tools/catalogue_file.h"
+#include "tools/file_output.h"
 #include "tools/tree_printer.h"
 
 namespace {
 
-const char kUsage[] =
-    "usage: devdef <command> [options] FILE\n"
-    "\n"
-    "Reads a device definition file through the devdef library.\n"
-    "\n"
-    "commands:\n"
-    "  tree FILE      print the catalogue: kinds, manufacturers, devices and\n"
-    "                 their visible definitions\n"
-    "  find FILE --id N\n"
-    "                 print where the visible definition with id N stands and\n"
-    "                 its fields; exit status 1 when there is none\n"
-    "\n"
-    "options:\n"
-    "  --generation N  the generation in force: 3, 4 or 5 (default 5)\n"
-    "  --check-ids     report duplicate definition ids while reading\n"
-    "  -h, --help      show this help\n"
-    "\n"
-    "exit status: 0 success, 1 nothing found, 2 usage or file error\n";
+const char kVersion[] = "devdef " DEVDEF_VERSION;
 
-int UsageError(const std::string& message) {
-  std::fprintf(stderr, "devdef: %s\n(run 'devdef --help' for usage)\n", message.c_str());
-  return 2;
+// Exit statuses: 0 success, 1 nothing found or problems found, 2 usage or
+// file errors.
+const int kExitNotFound = 1;
+const int kExitFileError = 2;
+
+struct Arguments {
+  std::string file;
+  std::string output;
+  std::string dir;
+  std::int64_t id = 0;
+  CatalogueOptions options;
+};
+
+void AddCommonOptions(CLI::App* command, Arguments& args) {
+  command->add_option("FILE", args.file, "definition file")->required();
+  command->add_option("--layout", args.options.layout, "read as layout 1, 2 or 7 (default: the file's version line)")
+      ->check(CLI::IsMember({1, 2, 7}));
+  command->add_option("--generation", args.options.generation, "the generation in force: 3, 4 or 5")
+      ->check(CLI::IsMember({3, 4, 5}))
+      ->capture_default_str();
+  command->add_flag("--check-ids", args.options.checkIds, "report duplicate definition ids while reading");
 }
-
-// An id as the file writes it: a 32-bit number, given signed or unsigned.
-bool ParseId(const char* text, int* pId) {
-  char* end = nullptr;
-  errno = 0;
-  const long long value = std::strtoll(text, &end, 10);
-  if (errno != 0 || end == text || *end != '\0' || value < INT32_MIN || value > UINT32_MAX) return false;
-  *pId = static_cast<int>(static_cast<std::uint32_t>(value));
-  return true;
-}
-
-std::string IdText(int id) { return std::to_string(static_cast<std::uint32_t>(id)); }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) return UsageError("no command given");
-  const std::string command = argv[1];
-  if (command == "-h" || command == "--help" || command == "help") {
-    std::fputs(kUsage, stdout);
-    return 0;
+  CLI::App app{"Reads, queries and writes device definition files of layouts 1, 2 and 7.", "devdef"};
+  app.set_version_flag("--version", kVersion);
+  app.require_subcommand(1);
+  app.failure_message(CLI::FailureMessage::help);
+  Arguments args;
+
+  CLI::App* tree = app.add_subcommand("tree", "print the catalogue: kinds, manufacturers, devices and their "
+                                              "visible definitions with package, module and adapter names");
+  AddCommonOptions(tree, args);
+
+  CLI::App* find = app.add_subcommand("find", "print where the visible definition with an id stands and its "
+                                              "fields; exit status 1 when there is none");
+  AddCommonOptions(find, args);
+  find->add_option("--id", args.id, "definition id, signed or unsigned 32-bit")
+      ->required()
+      ->check(CLI::Range(static_cast<std::int64_t>(INT32_MIN), static_cast<std::int64_t>(UINT32_MAX)));
+
+  CLI::App* write = app.add_subcommand("write", "rewrite a file through the library's writer");
+  AddCommonOptions(write, args);
+  write->add_option("-o,--output", args.output, "file to write")->required();
+
+  CLI::App* convert = app.add_subcommand(
+      "convert", "write a layout 2 file with eleven values on each line (version 3), taking seven numbers "
+                 "from the start of each definition's text");
+  AddCommonOptions(convert, args);
+  convert->add_option("-o,--output", args.output, "file to write")->required();
+
+  CLI::App* exportList =
+      app.add_subcommand("export", "write k4devicelist.txt: every device of a layout 7 file with the adapters "
+                                   "of its generation 4 definitions");
+  AddCommonOptions(exportList, args);
+  exportList->add_option("--dir", args.dir, "directory to write k4devicelist.txt into")
+      ->required()
+      ->check(CLI::ExistingDirectory);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    const int status = app.exit(e);
+    return status == 0 ? 0 : kExitFileError;
   }
 
-  CatalogueOptions options;
-  bool haveId = false;
-  int id = 0;
-  std::vector<std::string> operands;
-  for (int i = 2; i < argc; ++i) {
-    const std::string arg = argv[i];
-    if (arg == "-h" || arg == "--help") {
-      std::fputs(kUsage, stdout);
-      return 0;
-    } else if (arg == "--check-ids") {
-      options.checkIds = true;
-    } else if (arg == "--id") {
-      if (i + 1 >= argc) return UsageError("--id needs a value");
-      if (!ParseId(argv[++i], &id)) return UsageError("--id takes a whole number");
-      haveId = true;
-    } else if (arg == "--generation") {
-      if (i + 1 >= argc) return UsageError("--generation needs a value");
-      const std::string value = argv[++i];
-      if (value != "3" && value != "4" && value != "5") return UsageError("--generation takes 3, 4 or 5");
-      options.generation = value[0] - '0';
-    } else if (arg.size() > 1 && arg[0] == '-') {
-      return UsageError("unknown option '" + arg + "'");
-    } else {
-      operands.push_back(arg);
+  if (exportList->parsed()) {
+    if (args.options.layout != 0 && args.options.layout != 7) {
+      std::fprintf(stderr, "devdef: export needs a layout 7 file\n");
+      return kExitFileError;
     }
+    return ExportDeviceList(args.file, args.options.generation, args.dir) ? 0 : kExitFileError;
   }
 
-  if (command == "tree") {
-    if (operands.size() != 1) return UsageError("tree takes exactly one FILE");
-    CatalogueFile catalogue(operands[0], options);
-    if (!catalogue.Read()) return 2;
-    PrintTree(stdout, catalogue.Controller());
+  CatalogueFile catalogue(args.file, args.options);
+  if (!catalogue.Read()) return kExitFileError;
+  KCDeviceDefCtrl& ctrl = catalogue.Controller();
+  if (tree->parsed()) {
+    PrintTree(stdout, ctrl);
     return 0;
   }
-  if (command == "find") {
-    if (operands.size() != 1) return UsageError("find takes exactly one FILE");
-    if (!haveId) return UsageError("find needs --id N");
-    CatalogueFile catalogue(operands[0], options);
-    if (!catalogue.Read()) return 2;
-    if (PrintFoundId(stdout, catalogue.Controller(), id)) return 0;
-    std::fprintf(stderr, "devdef: no visible definition has the id %s\n", IdText(id).c_str());
-    return 1;
+  if (find->parsed()) {
+    const int id = static_cast<int>(static_cast<std::uint32_t>(args.id));
+    if (PrintFoundId(stdout, ctrl, id)) return 0;
+    std::fprintf(stderr, "devdef: no visible definition has the id %u\n", static_cast<unsigned>(id));
+    return kExitNotFound;
   }
-  return UsageError("unknown command '" + command + "'");
+  if (write->parsed()) return WriteDefinitionFile(ctrl, DefOutput::kWrite, args.output) ? 0 : kExitFileError;
+  if (convert->parsed()) {
+    if (dynamic_cast<KCDeviceDefCtrlV2*>(&ctrl) == nullptr) {
+      std::fprintf(stderr, "devdef: a layout 1 file cannot be converted; convert reads layouts 2 and 7\n");
+      return kExitFileError;
+    }
+    return WriteDefinitionFile(ctrl, DefOutput::kConvert, args.output) ? 0 : kExitFileError;
+  }
+  return kExitFileError;
 }

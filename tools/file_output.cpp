@@ -1,0 +1,156 @@
+#include "tools/file_output.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+namespace {
+
+std::string DirectoryOf(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Files are created with the usual permissions, not mkstemp's 0600.
+void SetDefaultMode(int fd) {
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  ::fchmod(fd, 0666 & ~mask);
+}
+
+// A temporary file beside path; empty on failure, with errno set.
+std::string MakeTempFile(const std::string& path) {
+  std::string pattern = DirectoryOf(path) + "/.devdef-tmp-XXXXXX";
+  std::vector<char> name(pattern.begin(), pattern.end());
+  name.push_back('\0');
+  const int fd = ::mkstemp(name.data());
+  if (fd < 0) return std::string();
+  SetDefaultMode(fd);
+  ::close(fd);
+  return name.data();
+}
+
+void ReportException(CException* e) {
+  char text[1024];
+  if (e->GetErrorMessage(text, sizeof text)) std::fprintf(stderr, "devdef: %s\n", text);
+  e->Delete();
+}
+
+bool CommitTemp(const std::string& temp, const std::string& target) {
+  if (::rename(temp.c_str(), target.c_str()) == 0) return true;
+  std::fprintf(stderr, "devdef: cannot create '%s': %s\n", target.c_str(), std::strerror(errno));
+  std::remove(temp.c_str());
+  return false;
+}
+
+// Counts the device rows and adapter rows of an export file.
+bool CountExportRows(const std::string& path, int* devices, int* adapters) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  std::string line;
+  *devices = *adapters = 0;
+  bool banner = true;
+  while (std::getline(in, line)) {
+    if (banner) {
+      banner = false;
+      continue;
+    }
+    if (line.compare(0, 2, "\t\t") == 0) {
+      ++*adapters;
+    } else if (!line.empty()) {
+      ++*devices;
+    }
+  }
+  return !banner;
+}
+
+}  // namespace
+
+bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath) {
+  const std::string temp = MakeTempFile(outPath);
+  if (temp.empty()) {
+    std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n", outPath.c_str(),
+                 std::strerror(errno));
+    return false;
+  }
+  int result = 0;
+  try {
+    CFile file(temp.c_str(), CFile::modeCreate | CFile::modeWrite);
+    CArchive ar(&file, CArchive::store);
+    result = what == DefOutput::kConvert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
+    ar.Close();
+    file.Close();
+  } catch (CException* e) {
+    ReportException(e);
+    std::remove(temp.c_str());
+    return false;
+  }
+  if (result != 1) {
+    std::fprintf(stderr, "devdef: %s\n",
+                 what == DefOutput::kConvert
+                     ? "the conversion stopped: a definition's text does not open with seven numbers"
+                     : "the catalogue could not be written");
+    std::remove(temp.c_str());
+    return false;
+  }
+  return CommitTemp(temp, outPath);
+}
+
+bool ExportDeviceList(const std::string& inPath, int generation, const std::string& dir) {
+  // The controller writes to its path prefix, so it gets a directory of its
+  // own inside the target directory.
+  std::string pattern = dir + "/.devdef-export-XXXXXX";
+  std::vector<char> name(pattern.begin(), pattern.end());
+  name.push_back('\0');
+  if (::mkdtemp(name.data()) == nullptr) {
+    std::fprintf(stderr, "devdef: cannot write into '%s': %s\n", dir.c_str(), std::strerror(errno));
+    return false;
+  }
+  const std::string tempDir = name.data();
+  const std::string tempFile = tempDir + "/k4devicelist.txt";
+  bool ok = false;
+  {
+    KCDeviceDefCtrlV3 ctrl((tempDir + "/").c_str(), generation, 0, nullptr);
+    if (!ctrl.ReadDefFile(inPath.c_str(), true)) {
+      std::fprintf(stderr, "devdef: cannot read '%s' as a definition file of layout 7\n", inPath.c_str());
+    } else {
+      ctrl.WriteK4DeviceList();
+      // The library swallows failures of the export, so the file is checked:
+      // one row for each device and for each adapter of generation 4.
+      int devices = 0;
+      int adapters = 0;
+      int expectedDevices = 0;
+      int expectedAdapters = 0;
+      CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = ctrl.getDeviceList();
+      for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
+        TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
+        if (kind.m_pManufList == nullptr) continue;
+        for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+          TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
+          if (manuf.m_pDeviceList == nullptr) continue;
+          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
+            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
+            ++expectedDevices;
+            for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
+              if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
+            }
+          }
+        }
+      }
+      ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices &&
+           adapters == expectedAdapters;
+      if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
+    }
+  }
+  if (ok) ok = CommitTemp(tempFile, dir + "/k4devicelist.txt");
+  std::remove(tempFile.c_str());
+  ::rmdir(tempDir.c_str());
+  return ok;
+}
