@@ -19,10 +19,10 @@ int ToolMessageBox(const char* pszText, const char* pszCaption, unsigned int /*n
   return IDOK;
 }
 
-// The layout named by the version line of a file, found the way the reader
-// finds it: the first line that opens with the keyword and has a number
-// behind its first "=", passing over comment lines; -1 when there is none or
-// the file cannot be read.
+}  // namespace
+
+// The first line that opens with the keyword and has a number behind its
+// first "=", passing over comment lines.
 int SniffLayout(const std::string& path) {
   std::FILE* file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return -1;
@@ -52,8 +52,6 @@ int SniffLayout(const std::string& path) {
   std::fclose(file);
   return layout;
 }
-
-}  // namespace
 
 CatalogueFile::CatalogueFile(std::string path, const CatalogueOptions& options)
     : m_path(std::move(path)), m_options(options), m_previousHandler(AfxSetMessageBoxHandler(&ToolMessageBox)) {

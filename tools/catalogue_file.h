@@ -15,6 +15,10 @@ struct CatalogueOptions {
   bool checkIds = false;
 };
 
+// The layout named by the version line of a file, found the way the reader
+// finds it; -1 when there is none or the file cannot be read.
+int SniffLayout(const std::string& path);
+
 class CatalogueFile {
  public:
   CatalogueFile(std::string path, const CatalogueOptions& options);

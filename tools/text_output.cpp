@@ -1,0 +1,101 @@
+#include "tools/text_output.h"
+
+#include <string>
+
+using nlohmann::json;
+
+namespace {
+
+// "3 (DIP8)", or "3" when the list has no name for the number.
+std::string Named(const json& item) {
+  std::string text = std::to_string(item["number"].get<unsigned>());
+  if (!item["name"].is_null()) text += " (" + item["name"].get<std::string>() + ")";
+  return text;
+}
+
+std::string NamedList(const json& items) {
+  std::string text;
+  for (const json& item : items) text += (text.empty() ? "" : ", ") + Named(item);
+  return text.empty() ? "none" : text;
+}
+
+std::string Values(const json& values) {
+  std::string text;
+  for (const json& value : values) text += (text.empty() ? "" : " ") + std::to_string(value.get<int>());
+  return text;
+}
+
+std::string Marks(const json& marks) {
+  std::string text;
+  for (const json& mark : marks) text += (text.empty() ? "" : " ") + mark.get<std::string>();
+  return text;
+}
+
+void PrintDefinitionLine(std::FILE* out, const char* indent, const json& def) {
+  std::fprintf(out, "%sid %u  KVR%u%s  package %s  module %s  adapters %s\n", indent, def["id"].get<unsigned>(),
+               def["generation"].get<unsigned>(), def["hidden"].get<bool>() ? "  (hidden)" : "",
+               NamedList(def["packages"]).c_str(), Named(def["module"]).c_str(), NamedList(def["adapters"]).c_str());
+}
+
+}  // namespace
+
+void PrintTreeText(std::FILE* out, const json& tree) {
+  for (const json& kind : tree["kinds"]) {
+    std::fprintf(out, "%s\n", kind["name"].get<std::string>().c_str());
+    for (const json& manuf : kind["manufacturers"]) {
+      std::fprintf(out, "  %s\n", manuf["name"].get<std::string>().c_str());
+      for (const json& device : manuf["devices"]) {
+        std::fprintf(out, "    %s  (%d visible of %zu definitions)\n", device["name"].get<std::string>().c_str(),
+                     device["visible_definitions"].get<int>(), device["definitions"].size());
+        for (const json& def : device["definitions"]) {
+          if (def["hidden"].get<bool>()) continue;
+          PrintDefinitionLine(out, "      ", def);
+          std::fprintf(out, "        text:%s\n", def["text"].get<std::string>().c_str());
+        }
+      }
+    }
+  }
+}
+
+void PrintListText(std::FILE* out, const json& devices) {
+  for (const json& device : devices) {
+    std::fprintf(out, "%s / %s / %s (%d visible)\n", device["kind"].get<std::string>().c_str(),
+                 device["manufacturer"].get<std::string>().c_str(), device["name"].get<std::string>().c_str(),
+                 device["visible_definitions"].get<int>());
+  }
+}
+
+void PrintDeviceText(std::FILE* out, const json& device) {
+  std::fprintf(out, "device: %s\n", device["name"].get<std::string>().c_str());
+  std::fprintf(out, "kind: %s\n", device["kind"].get<std::string>().c_str());
+  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"].get<std::string>().c_str());
+  if (!device["marks"].empty()) std::fprintf(out, "marks: %s\n", Marks(device["marks"]).c_str());
+  std::fprintf(out, "housings: %s\n", NamedList(device["housings"]).c_str());
+  std::fprintf(out, "definitions: %zu, %d visible\n", device["definitions"].size(),
+               device["visible_definitions"].get<int>());
+  for (const json& def : device["definitions"]) {
+    PrintDefinitionLine(out, "  ", def);
+    if (!def["package_name"].is_null()) {
+      std::fprintf(out, "    package name: %s\n", def["package_name"].get<std::string>().c_str());
+    }
+    std::fprintf(out, "    values: %s\n", Values(def["values"]).c_str());
+    if (!def["marks"].empty()) std::fprintf(out, "    marks: %s\n", Marks(def["marks"]).c_str());
+    std::fprintf(out, "    text:%s\n", def["text"].get<std::string>().c_str());
+  }
+}
+
+void PrintFoundText(std::FILE* out, const json& found) {
+  const json& def = found["definition"];
+  std::fprintf(out, "kind: %s\n", found["kind"].get<std::string>().c_str());
+  std::fprintf(out, "manufacturer: %s\n", found["manufacturer"].get<std::string>().c_str());
+  std::fprintf(out, "device: %s\n", found["device"].get<std::string>().c_str());
+  std::fprintf(out, "visible index: %d\n", def["visible_index"].get<int>());
+  std::fprintf(out, "id: %u\n", def["id"].get<unsigned>());
+  std::fprintf(out, "generation: %u\n", def["generation"].get<unsigned>());
+  std::fprintf(out, "package: %s\n", def["package_name"].is_null() ? "" : def["package_name"].get<std::string>().c_str());
+  std::fprintf(out, "package numbers: %s\n", NamedList(def["packages"]).c_str());
+  std::fprintf(out, "module: %s\n", Named(def["module"]).c_str());
+  std::fprintf(out, "adapters: %s\n", NamedList(def["adapters"]).c_str());
+  std::fprintf(out, "values: %s\n", Values(def["values"]).c_str());
+  std::fprintf(out, "text:%s\n", def["text"].get<std::string>().c_str());
+}

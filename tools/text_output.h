@@ -1,0 +1,17 @@
+// The tool's text output, rendered from the JSON documents of the catalogue.
+#ifndef DEVDEF_TOOLS_TEXT_OUTPUT_H_
+#define DEVDEF_TOOLS_TEXT_OUTPUT_H_
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+// The tree of kinds, manufacturers and devices with the visible definitions.
+void PrintTreeText(std::FILE* out, const nlohmann::json& tree);
+// One line per device: "kind / manufacturer / device (N visible)".
+void PrintListText(std::FILE* out, const nlohmann::json& devices);
+// Everything about one device, hidden definitions marked.
+void PrintDeviceText(std::FILE* out, const nlohmann::json& device);
+// Where a found definition stands, and its fields.
+void PrintFoundText(std::FILE* out, const nlohmann::json& found);
+
+#endif  // DEVDEF_TOOLS_TEXT_OUTPUT_H_
