@@ -180,7 +180,7 @@ class CheckingCtrl : public Base {
     }
     // The next line is dropped, the rest up to the block's "}" is read as
     // top-level lines.
-    if (failed < m_lines.LineCount()) {
+    if (!Trimmed(m_lines.Line(failed + 1)).empty()) {
       Add(failed + 1, "dropped", "skipped unread after the failed line " + std::to_string(failed));
     }
     for (long line = failed + 2; line <= m_lines.LineCount(); ++line) {
