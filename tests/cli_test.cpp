@@ -172,8 +172,11 @@ TEST(Cli, WriteConvertAndExport) {
     EXPECT_EQ(ReadFile(locked + "/x.def"), "");
   }
   // A full device: the write fails and the target is left as it was.
-  if (::access("/dev/full", W_OK) == 0) {
+  struct stat full;
+  if (::stat("/dev/full", &full) == 0 && S_ISCHR(full.st_mode)) {
     EXPECT_EQ(Tool("write " + Example("instruments.def") + " -o /dev/full").status, 2);
+    ASSERT_EQ(::stat("/dev/full", &full), 0);
+    EXPECT_TRUE(S_ISCHR(full.st_mode));  // written into, never replaced
   }
   std::string leftovers;
   std::FILE* ls = ::popen(("ls -A '" + dir.Path() + "'").c_str(), "r");

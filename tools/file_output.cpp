@@ -73,7 +73,42 @@ bool CountExportRows(const std::string& path, int* devices, int* adapters) {
 
 }  // namespace
 
-bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath) {
+// Writes straight into a target that is no regular file (a device such as
+// /dev/full or /dev/stdout, a pipe): there is nothing to rename into place.
+bool WriteInPlace(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath) {
+  int result = 0;
+  try {
+    CFile file(outPath.c_str(), CFile::modeCreate | CFile::modeWrite);
+    CArchive ar(&file, CArchive::store);
+    result = what == DefOutput::kConvert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
+    ar.Close();
+    file.Close();
+  } catch (CException* e) {
+    ReportException(e);
+    return false;
+  }
+  return result == 1;
+}
+
+bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& requestedPath) {
+  // A symbolic link is followed, so that the file it names is replaced and
+  // the link stays.
+  std::string outPath = requestedPath;
+  struct stat info;
+  if (::lstat(outPath.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
+    char* real = ::realpath(outPath.c_str(), nullptr);
+    if (real != nullptr) {
+      outPath = real;
+      std::free(real);
+    }
+  }
+  if (::stat(outPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+    if (S_ISDIR(info.st_mode)) {
+      std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
+      return false;
+    }
+    return WriteInPlace(ctrl, what, outPath);
+  }
   const std::string temp = MakeTempFile(outPath);
   if (temp.empty()) {
     std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n", outPath.c_str(),
