@@ -53,14 +53,10 @@ int SniffLayout(const std::string& path) {
   return layout;
 }
 
-CatalogueFile::CatalogueFile(std::string path, const CatalogueOptions& options)
-    : m_path(std::move(path)), m_options(options), m_previousHandler(AfxSetMessageBoxHandler(&ToolMessageBox)) {
-}
+void InstallToolMessageBox() { AfxSetMessageBoxHandler(&ToolMessageBox); }
 
-CatalogueFile::~CatalogueFile() {
-  m_ctrl.reset();
-  AfxSetMessageBoxHandler(m_previousHandler);
-}
+CatalogueFile::CatalogueFile(std::string path, const CatalogueOptions& options)
+    : m_path(std::move(path)), m_options(options) {}
 
 bool CatalogueFile::Read() {
   // The controller of the file's own layout; layout 1 when the file names

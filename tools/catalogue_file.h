@@ -1,6 +1,5 @@
-// Opens a definition file for the tool: picks the controller for its layout,
-// reads it, and turns the library's message boxes into lines on standard
-// error.
+// Opens a definition file for the tool: picks the controller for its layout
+// and reads it.
 #ifndef DEVDEF_TOOLS_CATALOGUE_FILE_H_
 #define DEVDEF_TOOLS_CATALOGUE_FILE_H_
 
@@ -15,6 +14,10 @@ struct CatalogueOptions {
   bool checkIds = false;
 };
 
+// Shows the library's message boxes as lines on standard error, for the
+// rest of the process.
+void InstallToolMessageBox();
+
 // The layout named by the version line of a file, found the way the reader
 // finds it; -1 when there is none or the file cannot be read.
 int SniffLayout(const std::string& path);
@@ -22,7 +25,6 @@ int SniffLayout(const std::string& path);
 class CatalogueFile {
  public:
   CatalogueFile(std::string path, const CatalogueOptions& options);
-  ~CatalogueFile();
   CatalogueFile(const CatalogueFile&) = delete;
   CatalogueFile& operator=(const CatalogueFile&) = delete;
 
@@ -38,7 +40,6 @@ class CatalogueFile {
   CatalogueOptions m_options;
   std::unique_ptr<KCDeviceDefCtrl> m_ctrl;
   int m_layout = -1;
-  AFX_MESSAGEBOX_HANDLER m_previousHandler;
 };
 
 #endif  // DEVDEF_TOOLS_CATALOGUE_FILE_H_

@@ -222,6 +222,7 @@ int main(int argc, char** argv) {
     return status == 0 ? 0 : kExitFileError;
   }
 
+  InstallToolMessageBox();
   if (check->parsed()) return RunCheck(args);
   if (exportList->parsed()) {
     if (args.options.layout != 0 && args.options.layout != 7) {
