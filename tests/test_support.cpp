@@ -1,5 +1,7 @@
 #include "tests/test_support.h"
 
+#include "devdef/catalogue/catalogue_walk.h"
+
 #include <unistd.h>
 
 #include <cstdio>
@@ -51,18 +53,10 @@ int ReadText(KCDeviceDefCtrl& ctrl, const std::string& bytes) {
 
 std::vector<DEVICE_ITEM*> AllDevices(KCDeviceDefCtrl& ctrl) {
   std::vector<DEVICE_ITEM*> devices;
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = ctrl.getDeviceList();
-  for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
-    TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
-    if (kind.m_pManufList == nullptr) continue;
-    for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-      TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-      if (manuf.m_pDeviceList == nullptr) continue;
-      for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-        devices.push_back(&manuf.m_pDeviceList->GetNext(d));
-      }
-    }
-  }
+  DevdefWalkDevices(ctrl.getDeviceList(), [&devices](const DevdefDevicePlace& place) {
+    devices.push_back(&place.device);
+    return false;
+  });
   return devices;
 }
 

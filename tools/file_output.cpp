@@ -1,5 +1,7 @@
 #include "tools/file_output.h"
 
+#include "tools/catalogue_walk.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,21 +75,27 @@ bool CountExportRows(const std::string& path, int* devices, int* adapters) {
 
 }  // namespace
 
-// Writes straight into a target that is no regular file (a device such as
-// /dev/full or /dev/stdout, a pipe): there is nothing to rename into place.
-bool WriteInPlace(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath) {
-  int result = 0;
+// Writes the catalogue (or its conversion) into the file at path through an
+// archive. The library's result, or -1 after a failure it reported.
+int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& path) {
   try {
-    CFile file(outPath.c_str(), CFile::modeCreate | CFile::modeWrite);
+    CFile file(path.c_str(), CFile::modeCreate | CFile::modeWrite);
     CArchive ar(&file, CArchive::store);
-    result = what == DefOutput::kConvert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
+    const int result = what == DefOutput::kConvert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
     ar.Close();
     file.Close();
+    return result;
   } catch (CException* e) {
     ReportException(e);
-    return false;
+    return -1;
   }
-  return result == 1;
+}
+
+void ReportFailedWrite(DefOutput what) {
+  std::fprintf(stderr, "devdef: %s\n",
+               what == DefOutput::kConvert
+                   ? "the conversion stopped: a definition's text does not open with seven numbers"
+                   : "the catalogue could not be written");
 }
 
 bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& requestedPath) {
@@ -107,7 +115,10 @@ bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::strin
       std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
       return false;
     }
-    return WriteInPlace(ctrl, what, outPath);
+    // A device such as /dev/full or a pipe: nothing to rename into place.
+    const int result = WriteThroughLibrary(ctrl, what, outPath);
+    if (result == 0) ReportFailedWrite(what);
+    return result == 1;
   }
   const std::string temp = MakeTempFile(outPath);
   if (temp.empty()) {
@@ -115,23 +126,9 @@ bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::strin
                  std::strerror(errno));
     return false;
   }
-  int result = 0;
-  try {
-    CFile file(temp.c_str(), CFile::modeCreate | CFile::modeWrite);
-    CArchive ar(&file, CArchive::store);
-    result = what == DefOutput::kConvert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
-    ar.Close();
-    file.Close();
-  } catch (CException* e) {
-    ReportException(e);
-    std::remove(temp.c_str());
-    return false;
-  }
+  const int result = WriteThroughLibrary(ctrl, what, temp);
   if (result != 1) {
-    std::fprintf(stderr, "devdef: %s\n",
-                 what == DefOutput::kConvert
-                     ? "the conversion stopped: a definition's text does not open with seven numbers"
-                     : "the catalogue could not be written");
+    if (result == 0) ReportFailedWrite(what);
     std::remove(temp.c_str());
     return false;
   }
@@ -163,22 +160,12 @@ bool ExportDeviceList(const std::string& inPath, int generation, const std::stri
       int adapters = 0;
       int expectedDevices = 0;
       int expectedAdapters = 0;
-      CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = ctrl.getDeviceList();
-      for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
-        TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
-        if (kind.m_pManufList == nullptr) continue;
-        for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-          TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-          if (manuf.m_pDeviceList == nullptr) continue;
-          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-            ++expectedDevices;
-            for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-              if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
-            }
-          }
+      ForEachDevice(ctrl, [&](TAG_KIND_OF_DEVICE&, TAG_DEVICE_MANUF&, DEVICE_ITEM& device) {
+        ++expectedDevices;
+        for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
+          if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
         }
-      }
+      });
       ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices &&
            adapters == expectedAdapters;
       if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());

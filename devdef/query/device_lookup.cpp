@@ -1,3 +1,4 @@
+#include "devdef/catalogue/catalogue_walk.h"
 #include "devdef/catalogue/device_def_ctrl.h"
 
 typedef CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&> DevdefManufList;
@@ -5,34 +6,19 @@ typedef CList<DEVICE_ITEM, DEVICE_ITEM&> DevdefDeviceList;
 
 int KCDeviceDefCtrl::FindDeviceItem(int nId, POSITION* pKindPos, POSITION* pManufPos, POSITION* pDevicePos,
                                     int* pIndex, DEVICE_ITEM** ppDevice, DEVICE_KVRXDEF_ITEM** ppDef) {
-  POSITION posKind = m_DeviceList.GetHeadPosition();
-  for (int k = 0; k < m_DeviceList.GetCount(); ++k) {
-    const POSITION thisKind = posKind;
-    TAG_KIND_OF_DEVICE& kind = m_DeviceList.GetNext(posKind);
-    if (kind.m_pManufList == nullptr) continue;
-    POSITION posManuf = kind.m_pManufList->GetHeadPosition();
-    for (int m = 0; m < kind.m_pManufList->GetCount(); ++m) {
-      const POSITION thisManuf = posManuf;
-      TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(posManuf);
-      if (manuf.m_pDeviceList == nullptr) continue;
-      POSITION posDevice = manuf.m_pDeviceList->GetHeadPosition();
-      for (int d = 0; d < manuf.m_pDeviceList->GetCount(); ++d) {
-        const POSITION thisDevice = posDevice;
-        DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(posDevice);
-        // The id is compared as a 32-bit value: -1 finds 4294967295.
-        const int index = device.FindDefID(static_cast<DWORD>(nId));
-        if (index < 0) continue;
-        if (pKindPos != nullptr) *pKindPos = thisKind;
-        if (pManufPos != nullptr) *pManufPos = thisManuf;
-        if (pDevicePos != nullptr) *pDevicePos = thisDevice;
-        if (pIndex != nullptr) *pIndex = index;
-        if (ppDevice != nullptr) *ppDevice = &device;
-        if (ppDef != nullptr) *ppDef = &device.GetDeviceXItemRef(index);
-        return 1;
-      }
-    }
-  }
-  return 0;
+  // Outputs are written only on a hit. The id is compared as a 32-bit
+  // value: -1 finds 4294967295.
+  return DevdefWalkDevices(m_DeviceList, [&](const DevdefDevicePlace& place) {
+    const int index = place.device.FindDefID(static_cast<DWORD>(nId));
+    if (index < 0) return false;
+    if (pKindPos != nullptr) *pKindPos = place.kindPos;
+    if (pManufPos != nullptr) *pManufPos = place.manufPos;
+    if (pDevicePos != nullptr) *pDevicePos = place.devicePos;
+    if (pIndex != nullptr) *pIndex = index;
+    if (ppDevice != nullptr) *ppDevice = &place.device;
+    if (ppDef != nullptr) *ppDef = &place.device.GetDeviceXItemRef(index);
+    return true;
+  }) ? 1 : 0;
 }
 
 int KCDeviceDefCtrl::FindDeviceItem(_TREEITEM* hTree, POSITION& kindPos, POSITION& manufPos,

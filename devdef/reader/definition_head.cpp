@@ -12,6 +12,18 @@ int DevdefDefinitionKeyword(const char* pszLine) {
   return 0;
 }
 
+bool DevdefSplitDefinitionLine(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, CString& strHead) {
+  const int generation = DevdefDefinitionKeyword(strLine);
+  if (generation == 0) return false;
+  const int colon = strLine.Find(':', 8);
+  if (colon < 0) return false;
+  def.m_KvrType = static_cast<BYTE>(generation);
+  strHead = strLine.Mid(8, colon - 8);
+  def.m_DefLine = strLine.Mid(colon + 1);
+  DevdefNormaliseHead(strHead);
+  return true;
+}
+
 void DevdefNormaliseHead(CString& strHead) {
   strHead.TrimLeft();
   strHead.Replace('\t', ' ');

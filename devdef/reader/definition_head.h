@@ -2,12 +2,19 @@
 #ifndef DEVDEF_READER_DEFINITION_HEAD_H_
 #define DEVDEF_READER_DEFINITION_HEAD_H_
 
+#include "devdef/catalogue/definition_item.h"
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/typed_arrays.h"
 
 // The generation of a definition line keyword at the start of pszLine:
 // 3, 4 or 5 for "KVR3DEF:", "KVR4DEF:", "KVR5DEF:" (compared exactly), else 0.
 int DevdefDefinitionKeyword(const char* pszLine);
+
+// Splits a definition line opening with one of the three keywords: sets the
+// generation of def, its text (what follows the first colon behind the
+// keyword) and strHead, the normalised number fields in between. False when
+// the line has no keyword or no colon.
+bool DevdefSplitDefinitionLine(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, CString& strHead);
 
 // Normalises the number fields in front of a definition line's colon: white
 // space at the start is removed, tabs become blanks, and every run of blanks

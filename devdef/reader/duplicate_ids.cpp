@@ -1,33 +1,22 @@
 #include <memory>
 
+#include "devdef/catalogue/catalogue_walk.h"
 #include "devdef/catalogue/device_def_ctrl.h"
 #include "devdef/platform/message_box.h"
 #include "devdef/reader/id_index.h"
 
 namespace {
 
-// Calls visit(def) for every definition of the list in walk order, hidden ones
-// included, until visit returns true. Returns whether it did.
+// Calls visit(def) for every definition in walk order, hidden ones included,
+// until visit returns true. Returns whether it did.
 template <class Visit>
 bool WalkDefinitions(CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds, Visit visit) {
-  POSITION posKind = kinds.GetHeadPosition();
-  for (int k = 0; k < kinds.GetCount(); ++k) {
-    TAG_KIND_OF_DEVICE& kind = kinds.GetNext(posKind);
-    if (kind.m_pManufList == nullptr) continue;
-    POSITION posManuf = kind.m_pManufList->GetHeadPosition();
-    for (int m = 0; m < kind.m_pManufList->GetCount(); ++m) {
-      TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(posManuf);
-      if (manuf.m_pDeviceList == nullptr) continue;
-      POSITION posDevice = manuf.m_pDeviceList->GetHeadPosition();
-      for (int d = 0; d < manuf.m_pDeviceList->GetCount(); ++d) {
-        DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(posDevice);
-        for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-          if (visit(device.m_DefArray[i])) return true;
-        }
-      }
+  return DevdefWalkDevices(kinds, [&visit](const DevdefDevicePlace& place) {
+    for (int i = 0; i < place.device.m_DefArray.GetSize(); ++i) {
+      if (visit(place.device.m_DefArray[i])) return true;
     }
-  }
-  return false;
+    return false;
+  });
 }
 
 }  // namespace

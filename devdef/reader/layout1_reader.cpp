@@ -7,15 +7,8 @@
 int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                          const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  const int generation = DevdefDefinitionKeyword(strLine);
-  if (generation == 0) return 0;
-  def.m_KvrType = static_cast<BYTE>(generation);
-
-  const int colon = strLine.Find(':', 8);
-  if (colon < 0) return 0;
-  CString head = strLine.Mid(8, colon - 8);
-  def.m_DefLine = strLine.Mid(colon + 1);
-  DevdefNormaliseHead(head);
+  CString head;
+  if (!DevdefSplitDefinitionLine(strLine, def, head)) return 0;
   const char* text = head;
 
   int number = 0;

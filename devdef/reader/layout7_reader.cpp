@@ -40,20 +40,14 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
     }
   }
 
-  const int generation = DevdefDefinitionKeyword(line);
-  if (generation == 0) {
+  if (DevdefDefinitionKeyword(line) == 0) {
     for (const char* keyword : kDroppedKeywords) {
       if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return 1;
     }
     return 0;
   }
-  def.m_KvrType = static_cast<BYTE>(generation);
-
-  const int colon = line.Find(':', 8);
-  if (colon < 0) return 0;
-  CString head = line.Mid(8, colon - 8);
-  def.m_DefLine = line.Mid(colon + 1);
-  DevdefNormaliseHead(head);
+  CString head;
+  if (!DevdefSplitDefinitionLine(line, def, head)) return 0;
 
   const char* cursor = head;
   int value = 0;  // the next of the eleven values
