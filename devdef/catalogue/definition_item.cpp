@@ -2,9 +2,12 @@
 
 namespace {
 
+// The target holds the source's elements afterwards, in one allocation.
 void CopyWords(CWordArray& target, const CWordArray& source) {
   target.SetSize(0);
-  for (int i = 0; i < source.GetSize(); ++i) target.SetAtGrow(target.GetSize(), source[i]);
+  if (source.GetSize() == 0) return;
+  target.SetSize(source.GetSize());
+  for (int i = 0; i < source.GetSize(); ++i) target[i] = source[i];
 }
 
 }  // namespace
@@ -40,6 +43,22 @@ DEVICE_KVRXDEF_ITEM& DEVICE_KVRXDEF_ITEM::operator=(DEVICE_KVRXDEF_ITEM& other) 
   m_hTree = other.m_hTree;
   m_pDevice = other.m_pDevice;
   return *this;
+}
+
+DEVICE_KVRXDEF_ITEM::DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM&& other) noexcept
+    : m_DefID(other.m_DefID),
+      m_KvrType(other.m_KvrType),
+      m_TypeState(other.m_TypeState),
+      m_TypeHigh(other.m_TypeHigh),
+      m_MarkFlags(other.m_MarkFlags),
+      m_PackageIds(static_cast<CWordArray&&>(other.m_PackageIds)),
+      m_ModulId(other.m_ModulId),
+      m_AdapterIds(static_cast<CWordArray&&>(other.m_AdapterIds)),
+      m_XDefName(static_cast<CString&&>(other.m_XDefName)),
+      m_DefLine(static_cast<CString&&>(other.m_DefLine)),
+      m_hTree(other.m_hTree),
+      m_pDevice(other.m_pDevice) {
+  for (int i = 0; i < 11; ++i) m_DefValues[i] = other.m_DefValues[i];
 }
 
 int DEVICE_KVRXDEF_ITEM::Valid() { return (m_DefID != 0 || !m_XDefName.IsEmpty()) ? 1 : 0; }

@@ -16,6 +16,8 @@ class DEVICE_KVRXDEF_ITEM {
  public:
   DEVICE_KVRXDEF_ITEM();
   DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM& other);
+  // Moves a definition, as its array does when it grows.
+  DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM&& other) noexcept;
   DEVICE_KVRXDEF_ITEM& operator=(DEVICE_KVRXDEF_ITEM& other);
   ~DEVICE_KVRXDEF_ITEM() = default;
 

@@ -16,6 +16,12 @@ class CArray {
   CArray() = default;
   CArray(const CArray&) = delete;
   CArray& operator=(const CArray&) = delete;
+  // Takes over the other array's elements, leaving it empty.
+  CArray(CArray&& other) noexcept
+      : m_pData(other.m_pData), m_nSize(other.m_nSize), m_nMaxSize(other.m_nMaxSize), m_nGrowBy(other.m_nGrowBy) {
+    other.m_pData = nullptr;
+    other.m_nSize = other.m_nMaxSize = 0;
+  }
   ~CArray() { SetSize(0); }
 
   int GetSize() const { return m_nSize; }

@@ -72,11 +72,6 @@ CString& CString::operator+=(LPCTSTR psz) {
   return *this;
 }
 
-CString& CString::operator+=(TCHAR ch) {
-  m_str.push_back(ch);
-  return *this;
-}
-
 int CString::Compare(LPCTSTR psz) const {
   return _mbscmp(reinterpret_cast<const unsigned char*>(m_str.c_str()),
                  reinterpret_cast<const unsigned char*>(psz != nullptr ? psz : ""));

@@ -36,8 +36,16 @@ class CString {
 
   CString& operator+=(const CString& other);
   CString& operator+=(LPCTSTR psz);  // a null pointer adds nothing
-  CString& operator+=(TCHAR ch);
+  CString& operator+=(TCHAR ch) {
+    m_str.push_back(ch);
+    return *this;
+  }
   CString& operator+=(unsigned char ch) { return *this += static_cast<TCHAR>(ch); }
+  // Appends nLength bytes from pch.
+  CString& Append(LPCTSTR pch, int nLength) {
+    if (pch != nullptr && nLength > 0) m_str.append(pch, static_cast<size_t>(nLength));
+    return *this;
+  }
 
   // strcmp-style results: <0, 0, >0; the second folds ASCII case.
   int Compare(LPCTSTR psz) const;

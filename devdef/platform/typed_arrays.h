@@ -6,7 +6,11 @@
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/types.h"
 
-class CWordArray : public CArray<WORD, WORD> {};
+class CWordArray : public CArray<WORD, WORD> {
+ public:
+  CWordArray() = default;
+  CWordArray(CWordArray&& other) noexcept = default;
+};
 class CByteArray : public CArray<BYTE, BYTE> {};
 class CStringArray : public CArray<CString, LPCTSTR> {
  public:

@@ -143,19 +143,27 @@ int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POS
   const BYTE* buffer = m_FileBuf.GetData();
   bool braceSeen = false;
   for (;;) {
+    // Takes the line's bytes up to its line end; from the first ";" on none
+    // is kept.
     strToken.Empty();
-    bool inComment = false;
-    for (;;) {
-      if (m_nBufPos >= m_nBufSize) return 0;
-      cCurrent = buffer[m_nBufPos++];
-      if (IsLineEnd(cCurrent)) break;
-      if (cCurrent == ';') {
-        inComment = true;
-      } else if (!inComment) {
-        strToken += cCurrent;
-      }
+    const DWORD lineStart = m_nBufPos;
+    DWORD commentAt = m_nBufSize;
+    DWORD at = lineStart;
+    while (at < m_nBufSize && !IsLineEnd(buffer[at])) {
+      if (buffer[at] == ';' && commentAt == m_nBufSize) commentAt = at;
+      ++at;
     }
-    const DWORD lineEnd = m_nBufPos - 1;
+    const DWORD kept = (commentAt < at ? commentAt : at) - lineStart;
+    strToken.Append(reinterpret_cast<const char*>(buffer) + lineStart, static_cast<int>(kept));
+    if (at >= m_nBufSize) {
+      // The buffer ends inside the line: the last byte looked at stays.
+      if (at > lineStart) cCurrent = buffer[at - 1];
+      m_nBufPos = m_nBufSize;
+      return 0;
+    }
+    cCurrent = buffer[at];
+    m_nBufPos = at + 1;
+    const DWORD lineEnd = at;
     strToken.Trim();
     if (strToken.IsEmpty()) continue;
     if (!braceSeen) {
