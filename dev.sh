@@ -3,7 +3,7 @@
 # then builds and runs the example or the whole test suite.
 set -euo pipefail
 
-PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev)
+PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -15,7 +15,9 @@ usage: ./dev.sh <command>
 commands:
   example   build the tool and print the bundled example as a tree
   test      build and run the whole test suite, then again under
-            AddressSanitizer and UndefinedBehaviorSanitizer
+            AddressSanitizer and UndefinedBehaviorSanitizer and as a
+            shared library; install each library build into a temporary
+            prefix and build a host against it (find_package, pkg-config)
 
 Missing Debian packages are installed first (with apt-get).
 JOBS sets the number of parallel build and test jobs (default: nproc).
@@ -55,8 +57,12 @@ case "${1:-}" in
     install_missing
     build dev
     ctest --preset dev --parallel "$JOBS"
+    tests/consumer/check.sh build/dev
     build asan
     ctest --preset asan --parallel "$JOBS"
+    build shared
+    ctest --preset shared --parallel "$JOBS"
+    tests/consumer/check.sh build/shared
     ;;
   -h|--help|help)
     usage

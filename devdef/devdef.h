@@ -10,6 +10,7 @@
 #include "devdef/platform/clist.h"
 #include "devdef/platform/cmemfile.h"
 #include "devdef/platform/crt.h"
+#include "devdef/platform/export.h"
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/exceptions.h"
 #include "devdef/platform/message_box.h"
@@ -23,5 +24,7 @@
 #include "devdef/catalogue/device_def_ctrl_v2.h"
 #include "devdef/catalogue/device_def_ctrl_v3.h"
 #include "devdef/catalogue/device_item.h"
+
+#include "devdef/writer/format_scanner.h"
 
 #endif  // DEVDEF_DEVDEF_H_

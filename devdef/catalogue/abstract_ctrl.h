@@ -2,6 +2,8 @@
 #ifndef DEVDEF_CATALOGUE_ABSTRACT_CTRL_H_
 #define DEVDEF_CATALOGUE_ABSTRACT_CTRL_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/catalogue/catalogue_tags.h"
 #include "devdef/catalogue/definition_item.h"
 #include "devdef/catalogue/device_item.h"
@@ -9,7 +11,7 @@
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/types.h"
 
-class cAbstractDeviceDefCtrl {
+class DEVDEF_API cAbstractDeviceDefCtrl {
  public:
   cAbstractDeviceDefCtrl() = default;
   cAbstractDeviceDefCtrl(const cAbstractDeviceDefCtrl&) {}

@@ -3,6 +3,8 @@
 #ifndef DEVDEF_CATALOGUE_DEFINITION_ITEM_H_
 #define DEVDEF_CATALOGUE_DEFINITION_ITEM_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/typed_arrays.h"
 #include "devdef/platform/types.h"
@@ -12,7 +14,7 @@ class DEVICE_ITEM;
 // Bit 15 of the type word: the definition is not of the generation in force.
 const BYTE DEVDEF_TYPESTATE_HIDDEN = 0x80;
 
-class DEVICE_KVRXDEF_ITEM {
+class DEVDEF_API DEVICE_KVRXDEF_ITEM {
  public:
   DEVICE_KVRXDEF_ITEM();
   DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM& other);

@@ -4,6 +4,8 @@
 #ifndef DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_H_
 #define DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_H_
 
+#include "devdef/platform/export.h"
+
 #include <memory>
 
 #include "devdef/catalogue/abstract_ctrl.h"
@@ -19,7 +21,7 @@
 
 class DevdefIdIndex;
 
-class KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
+class DEVDEF_API KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
  public:
   KCDeviceDefCtrl(CString strPath, int nKvrType, int bCheckIds);
   ~KCDeviceDefCtrl() override;

@@ -2,9 +2,11 @@
 #ifndef DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V2_H_
 #define DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V2_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/catalogue/device_def_ctrl.h"
 
-class KCDeviceDefCtrlV2 : public KCDeviceDefCtrl {
+class DEVDEF_API KCDeviceDefCtrlV2 : public KCDeviceDefCtrl {
  public:
   KCDeviceDefCtrlV2(CString strPath, int nKvrType, int bCheckIds);
   ~KCDeviceDefCtrlV2() override = default;

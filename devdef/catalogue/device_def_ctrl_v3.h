@@ -2,12 +2,14 @@
 #ifndef DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V3_H_
 #define DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V3_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/catalogue/device_def_ctrl_v2.h"
 
 // The host's configuration content; the library only passes a pointer to it.
 class cKvr5CfgContent;
 
-class KCDeviceDefCtrlV3 : public KCDeviceDefCtrlV2 {
+class DEVDEF_API KCDeviceDefCtrlV3 : public KCDeviceDefCtrlV2 {
  public:
   // pCfgContent is not used.
   KCDeviceDefCtrlV3(CString strPath, int nKvrType, int bCheckIds, cKvr5CfgContent* pCfgContent);

@@ -3,6 +3,8 @@
 #ifndef DEVDEF_CATALOGUE_DEVICE_ITEM_H_
 #define DEVDEF_CATALOGUE_DEVICE_ITEM_H_
 
+#include "devdef/platform/export.h"
+
 
 #include <string>
 
@@ -12,7 +14,7 @@
 #include "devdef/platform/typed_arrays.h"
 #include "devdef/platform/types.h"
 
-class DEVICE_ITEM {
+class DEVDEF_API DEVICE_ITEM {
  public:
   DEVICE_ITEM();
   DEVICE_ITEM(DEVICE_ITEM& other);

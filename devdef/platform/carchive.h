@@ -4,11 +4,13 @@
 #ifndef DEVDEF_PLATFORM_CARCHIVE_H_
 #define DEVDEF_PLATFORM_CARCHIVE_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/platform/types.h"
 
 class CFile;
 
-class CArchive {
+class DEVDEF_API CArchive {
  public:
   enum Mode { store = 0, load = 1, bNoFlushOnDelete = 2 };
 

@@ -4,12 +4,14 @@
 #ifndef DEVDEF_PLATFORM_CFILE_H_
 #define DEVDEF_PLATFORM_CFILE_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/types.h"
 
 class CFileException;
 
-class CFile {
+class DEVDEF_API CFile {
  public:
   enum OpenFlags : UINT {
     modeRead = 0x0000,

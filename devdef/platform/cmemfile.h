@@ -2,11 +2,13 @@
 #ifndef DEVDEF_PLATFORM_CMEMFILE_H_
 #define DEVDEF_PLATFORM_CMEMFILE_H_
 
+#include "devdef/platform/export.h"
+
 #include <string>
 
 #include "devdef/platform/cfile.h"
 
-class CMemFile : public CFile {
+class DEVDEF_API CMemFile : public CFile {
  public:
   explicit CMemFile(UINT nGrowBytes = 1024);
   ~CMemFile() override = default;

@@ -4,8 +4,10 @@
 #ifndef DEVDEF_PLATFORM_CRT_H_
 #define DEVDEF_PLATFORM_CRT_H_
 
-int _mbscmp(const unsigned char* lhs, const unsigned char* rhs);
-int _mbsicmp(const unsigned char* lhs, const unsigned char* rhs);
+#include "devdef/platform/export.h"
+
+DEVDEF_API int _mbscmp(const unsigned char* lhs, const unsigned char* rhs);
+DEVDEF_API int _mbsicmp(const unsigned char* lhs, const unsigned char* rhs);
 
 // Character classes used by the readers: exactly blank, tab, LF, VT, FF, CR.
 inline bool DevdefIsSpace(unsigned char c) {
@@ -21,7 +23,7 @@ inline unsigned char DevdefToLower(unsigned char c) {
 // number, and the value wraps modulo 2^32 instead of overflowing. "%x" also
 // takes a leading 0x or 0X. Each returns 1 when a number was read, else 0,
 // and stores nothing on 0.
-int DevdefScanDecimal(const char* pszText, int* pnValue);
-int DevdefScanHex(const char* pszText, unsigned int* pnValue);
+DEVDEF_API int DevdefScanDecimal(const char* pszText, int* pnValue);
+DEVDEF_API int DevdefScanHex(const char* pszText, unsigned int* pnValue);
 
 #endif  // DEVDEF_PLATFORM_CRT_H_

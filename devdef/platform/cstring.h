@@ -4,11 +4,13 @@
 #ifndef DEVDEF_PLATFORM_CSTRING_H_
 #define DEVDEF_PLATFORM_CSTRING_H_
 
+#include "devdef/platform/export.h"
+
 #include <string>
 
 #include "devdef/platform/types.h"
 
-class CString {
+class DEVDEF_API CString {
  public:
   CString() = default;
   CString(const CString& other) = default;
@@ -94,25 +96,25 @@ class CString {
   void Preallocate(int nLength) { m_str.reserve(static_cast<size_t>(nLength)); }
 
  private:
-  friend bool operator==(const CString& lhs, const CString& rhs);
-  friend bool operator<(const CString& lhs, const CString& rhs);
-  friend CString operator+(const CString& lhs, const CString& rhs);
+  friend DEVDEF_API bool operator==(const CString& lhs, const CString& rhs);
+  friend DEVDEF_API bool operator<(const CString& lhs, const CString& rhs);
+  friend DEVDEF_API CString operator+(const CString& lhs, const CString& rhs);
 
   std::string m_str;
 };
 
-bool operator==(const CString& lhs, const CString& rhs);
-bool operator==(const CString& lhs, LPCTSTR rhs);
-bool operator==(LPCTSTR lhs, const CString& rhs);
-bool operator!=(const CString& lhs, const CString& rhs);
-bool operator!=(const CString& lhs, LPCTSTR rhs);
-bool operator!=(LPCTSTR lhs, const CString& rhs);
-bool operator<(const CString& lhs, const CString& rhs);
+DEVDEF_API bool operator==(const CString& lhs, const CString& rhs);
+DEVDEF_API bool operator==(const CString& lhs, LPCTSTR rhs);
+DEVDEF_API bool operator==(LPCTSTR lhs, const CString& rhs);
+DEVDEF_API bool operator!=(const CString& lhs, const CString& rhs);
+DEVDEF_API bool operator!=(const CString& lhs, LPCTSTR rhs);
+DEVDEF_API bool operator!=(LPCTSTR lhs, const CString& rhs);
+DEVDEF_API bool operator<(const CString& lhs, const CString& rhs);
 
-CString operator+(const CString& lhs, const CString& rhs);
-CString operator+(const CString& lhs, LPCTSTR rhs);
-CString operator+(LPCTSTR lhs, const CString& rhs);
-CString operator+(const CString& lhs, TCHAR rhs);
-CString operator+(TCHAR lhs, const CString& rhs);
+DEVDEF_API CString operator+(const CString& lhs, const CString& rhs);
+DEVDEF_API CString operator+(const CString& lhs, LPCTSTR rhs);
+DEVDEF_API CString operator+(LPCTSTR lhs, const CString& rhs);
+DEVDEF_API CString operator+(const CString& lhs, TCHAR rhs);
+DEVDEF_API CString operator+(TCHAR lhs, const CString& rhs);
 
 #endif  // DEVDEF_PLATFORM_CSTRING_H_

@@ -3,10 +3,12 @@
 #ifndef DEVDEF_PLATFORM_EXCEPTIONS_H_
 #define DEVDEF_PLATFORM_EXCEPTIONS_H_
 
+#include "devdef/platform/export.h"
+
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/types.h"
 
-class CException {
+class DEVDEF_API CException {
  public:
   explicit CException(BOOL bAutoDelete = TRUE) : m_bAutoDelete(bAutoDelete) {}
   virtual ~CException() = default;
@@ -25,7 +27,7 @@ class CException {
   BOOL m_bAutoDelete;
 };
 
-class CFileException : public CException {
+class DEVDEF_API CFileException : public CException {
  public:
   enum {
     none,
@@ -58,7 +60,7 @@ class CFileException : public CException {
   CString m_strFileName;
 };
 
-class CArchiveException : public CException {
+class DEVDEF_API CArchiveException : public CException {
  public:
   enum { none, genericException, readOnly, endOfFile, writeOnly, badIndex, badClass, badSchema };
 

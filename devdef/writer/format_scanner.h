@@ -13,18 +13,20 @@
 #ifndef DEVDEF_WRITER_FORMAT_SCANNER_H_
 #define DEVDEF_WRITER_FORMAT_SCANNER_H_
 
-const char* ScanFormatted(unsigned short* pnCount, const char* pszText, const char* pszFormat, ...);
+#include "devdef/platform/export.h"
+
+DEVDEF_API const char* ScanFormatted(unsigned short* pnCount, const char* pszText, const char* pszFormat, ...);
 
 // The readers behind the conversions. The modifier byte holds the unsigned
 // flag in bit 7 and the width code (0, 1, 2 or 4) in the rest. Each returns
 // the position behind what it read, or null when the token is no number.
-const char* ScanDecimal(void* pDest, const char* pszPos, unsigned char nModifier);
-const char* ScanHex(void* pDest, const char* pszPos, unsigned char nModifier);
-const char* ScanFloat(void* pDest, const char* pszPos, unsigned char nModifier);
+DEVDEF_API const char* ScanDecimal(void* pDest, const char* pszPos, unsigned char nModifier);
+DEVDEF_API const char* ScanHex(void* pDest, const char* pszPos, unsigned char nModifier);
+DEVDEF_API const char* ScanFloat(void* pDest, const char* pszPos, unsigned char nModifier);
 // Copies bytes up to a blank, tab, LF or the end, adds a zero byte, and
 // returns the position of the byte that stopped it.
-const char* ScanWord(char* pDest, const char* pszPos);
+DEVDEF_API const char* ScanWord(char* pDest, const char* pszPos);
 // Copies one byte and returns the position behind it.
-const char* ScanChar(char* pDest, const char* pszPos);
+DEVDEF_API const char* ScanChar(char* pDest, const char* pszPos);
 
 #endif  // DEVDEF_WRITER_FORMAT_SCANNER_H_

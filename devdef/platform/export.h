@@ -1,0 +1,19 @@
+// DEVDEF_API marks what the library exports: the public classes and
+// functions, and with the classes their static data (the name lists). A
+// shared build hides everything else.
+#ifndef DEVDEF_PLATFORM_EXPORT_H_
+#define DEVDEF_PLATFORM_EXPORT_H_
+
+#if defined(_WIN32) && defined(DEVDEF_SHARED)
+#if defined(DEVDEF_BUILDING)
+#define DEVDEF_API __declspec(dllexport)
+#else
+#define DEVDEF_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define DEVDEF_API __attribute__((visibility("default")))
+#else
+#define DEVDEF_API
+#endif
+
+#endif  // DEVDEF_PLATFORM_EXPORT_H_
