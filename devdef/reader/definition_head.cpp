@@ -51,3 +51,11 @@ CStringArray* DevdefHeaderList(const CString& strKeyword) {
   }
   return nullptr;
 }
+
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart) {
+  if (strLine.GetLength() <= nPieceStart) return;
+  CString piece = strLine.Mid(nPieceStart);
+  piece.TrimLeft();
+  piece.TrimRight(" \t,;");
+  if (!piece.IsEmpty()) pList->SetAtGrow(pList->GetSize(), piece);
+}

@@ -25,4 +25,9 @@ void DevdefNormaliseHead(CString& strHead);
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
 CStringArray* DevdefHeaderList(const CString& strKeyword);
 
+// Appends to pList the piece of a one-line header list that starts at
+// nPieceStart in strLine, trimmed of white space at its start and of blanks,
+// tabs, "," and ";" at its end; an empty piece is passed over.
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart);
+
 #endif  // DEVDEF_READER_DEFINITION_HEAD_H_

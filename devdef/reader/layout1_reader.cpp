@@ -68,11 +68,8 @@ int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSI
       if (itemStart == -1) {
         target = DevdefHeaderList(strToken);
         if (target == nullptr) break;
-      } else if (strToken.GetLength() > itemStart) {
-        CString item = strToken.Mid(itemStart);
-        item.TrimLeft();
-        item.TrimRight(" \t,;");
-        if (!item.IsEmpty()) target->SetAtGrow(target->GetSize(), item);
+      } else {
+        DevdefAppendListPiece(target, strToken, itemStart);
       }
       itemStart = strToken.GetLength() + 1;
     }

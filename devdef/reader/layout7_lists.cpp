@@ -32,11 +32,8 @@ int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, PO
         // be the opening brace itself.
         if (list != &DEVICE_ITEM::m_ModulList) return RDF_BuildList(list, nullptr);
         target = list;
-      } else if (strToken.GetLength() > pieceStart) {
-        CString piece = strToken.Mid(pieceStart);
-        piece.TrimLeft();
-        piece.TrimRight(" \t,;");
-        if (!piece.IsEmpty()) target->SetAtGrow(target->GetSize(), piece);
+      } else {
+        DevdefAppendListPiece(target, strToken, pieceStart);
       }
       pieceStart = strToken.GetLength() + 1;
     }
