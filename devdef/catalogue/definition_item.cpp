@@ -1,5 +1,7 @@
 #include "devdef/catalogue/definition_item.h"
 
+#include <new>
+
 namespace {
 
 // The target holds the source's elements afterwards, in one allocation.
@@ -59,6 +61,12 @@ DEVICE_KVRXDEF_ITEM::DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM&& other) noexcept
       m_hTree(other.m_hTree),
       m_pDevice(other.m_pDevice) {
   for (int i = 0; i < 11; ++i) m_DefValues[i] = other.m_DefValues[i];
+}
+
+DEVICE_KVRXDEF_ITEM& DEVICE_KVRXDEF_ITEM::operator=(DEVICE_KVRXDEF_ITEM&& other) noexcept {
+  if (this == &other) return *this;
+  this->~DEVICE_KVRXDEF_ITEM();
+  return *new (this) DEVICE_KVRXDEF_ITEM(static_cast<DEVICE_KVRXDEF_ITEM&&>(other));
 }
 
 int DEVICE_KVRXDEF_ITEM::Valid() { return (m_DefID != 0 || !m_XDefName.IsEmpty()) ? 1 : 0; }

@@ -21,6 +21,7 @@ class DEVDEF_API DEVICE_KVRXDEF_ITEM {
   // Moves a definition, as its array does when it grows.
   DEVICE_KVRXDEF_ITEM(DEVICE_KVRXDEF_ITEM&& other) noexcept;
   DEVICE_KVRXDEF_ITEM& operator=(DEVICE_KVRXDEF_ITEM& other);
+  DEVICE_KVRXDEF_ITEM& operator=(DEVICE_KVRXDEF_ITEM&& other) noexcept;
   ~DEVICE_KVRXDEF_ITEM() = default;
 
   // 1 if the definition has an id or a name, else 0.

@@ -59,3 +59,11 @@ void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPie
   piece.TrimRight(" \t,;");
   if (!piece.IsEmpty()) pList->SetAtGrow(pList->GetSize(), piece);
 }
+
+void DevdefAddReadDefinition(DEVICE_ITEM& device, int nKvrType, DEVICE_KVRXDEF_ITEM& def) {
+  def.RefreshKvrType(nKvrType);
+  def.m_pDevice = &device;
+  const int index = device.m_DefArray.GetSize();
+  device.m_DefArray.SetSize(index + 1);  // the same growth as SetAtGrow
+  device.m_DefArray[index] = static_cast<DEVICE_KVRXDEF_ITEM&&>(def);
+}

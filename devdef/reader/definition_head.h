@@ -3,6 +3,7 @@
 #define DEVDEF_READER_DEFINITION_HEAD_H_
 
 #include "devdef/catalogue/definition_item.h"
+#include "devdef/catalogue/device_item.h"
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/typed_arrays.h"
 
@@ -24,6 +25,11 @@ void DevdefNormaliseHead(CString& strHead);
 // The header list that a keyword names, compared without regard to case:
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
 CStringArray* DevdefHeaderList(const CString& strKeyword);
+
+// What AddDevice does for a definition that a reader built and drops
+// afterwards: sets its hidden bit by nKvrType and its owner, then moves it
+// into the device's array instead of copying it.
+void DevdefAddReadDefinition(DEVICE_ITEM& device, int nKvrType, DEVICE_KVRXDEF_ITEM& def);
 
 // Appends to pList the piece of a one-line header list that starts at
 // nPieceStart in strLine, trimmed of white space at its start and of blanks,

@@ -49,7 +49,7 @@ int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posMan
   def.m_DefValues[2] = static_cast<DWORD>(number);
 
   if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
-  CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice).AddDevice(m_nKvrType, def);
+  DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
   return 1;
 }
 

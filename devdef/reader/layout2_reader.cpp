@@ -48,6 +48,6 @@ int KCDeviceDefCtrlV2::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
   }
 
   if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
-  CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice).AddDevice(m_nKvrType, def);
+  DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
   return 1;
 }

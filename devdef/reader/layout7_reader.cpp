@@ -80,7 +80,7 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
   }
 
   if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
-  device.AddDevice(m_nKvrType, def);
+  DevdefAddReadDefinition(device, m_nKvrType, def);
   return 1;
 }
 
