@@ -1,5 +1,5 @@
-// The class-library layer: the string, array, list, file and archive
-// behaviours the readers and writers rely on.
+// The class-library layer: the string, array, list, file, archive, message box
+// and runtime behaviours the readers and writers rely on.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,49 +10,64 @@
 
 namespace {
 
-TEST(CStringTest, TrimReplaceAndCut) {
-  CString text(" \t\v\f\r\nword \x85 \t\r\n");
+const unsigned char* U(const char* text) { return reinterpret_cast<const unsigned char*>(text); }
+
+TEST(CStringTest, TrimAndReplace) {
+  CString text(" \t\v\f\r\nword \x85\xA0 \t\r\n");
   text.TrimLeft();
   text.TrimRight();
-  EXPECT_EQ(text, "word \x85");  // 0x85 is no white space, whatever the locale
+  EXPECT_EQ(text, CString("word \x85\xA0"));  // 0x85 and 0xA0 are no white space, whatever the locale
   CString list("a, b;, ;");
   list.TrimRight(" \t,;");
   EXPECT_EQ(list, "a, b");
 
+  CString three("   ");
+  EXPECT_EQ(three.Replace("  ", " "), 1);  // one pass left to right, no overlaps
+  EXPECT_EQ(three, "  ");
   CString blanks("a     b");
-  EXPECT_EQ(blanks.Replace("  ", " "), 2);  // one pass over non-overlapping pairs
+  EXPECT_EQ(blanks.Replace("  ", " "), 2);
   EXPECT_EQ(blanks, "a   b");
-  EXPECT_EQ(blanks.Replace('_', ' '), 0);
   EXPECT_EQ(blanks.Replace(' ', '_'), 3);
   EXPECT_EQ(blanks.Replace("", "x"), 0);
+  EXPECT_EQ(blanks.Replace("_", "--"), 3);  // the replacement is not searched again
+  EXPECT_EQ(blanks, "a------b");
+}
 
-  CString cut("abcdef");
-  EXPECT_EQ(cut.Mid(2), "cdef");
-  EXPECT_EQ(cut.Mid(4, 10), "ef");
-  EXPECT_EQ(cut.Mid(-3, 2), "ab");
-  EXPECT_EQ(cut.Mid(9), "");
-  EXPECT_EQ(cut.Left(-1), "");
-  EXPECT_EQ(cut.Left(99), "abcdef");
-  EXPECT_EQ(cut.Find('c'), 2);
-  EXPECT_EQ(cut.Find('c', 3), -1);
-  EXPECT_EQ(cut.Find("de"), 3);
-  EXPECT_EQ(cut.Find("de", 7), -1);
-  cut.Delete(0);
-  cut.Insert(cut.GetLength(), 'g');
-  EXPECT_EQ(cut, "bcdefg");
-  cut.Delete(10, 2);
-  EXPECT_EQ(cut.GetLength(), 6);
+TEST(CStringTest, CutsClampTheirIndexes) {
+  const CString text("abcdef");
+  EXPECT_EQ(text.Mid(2), "cdef");
+  EXPECT_EQ(text.Mid(4, 10), "ef");
+  EXPECT_EQ(text.Mid(-3, 2), "ab");
+  EXPECT_EQ(text.Left(-1), "");
+  EXPECT_EQ(text.Left(99), "abcdef");
+  EXPECT_EQ(text.Find('c', 3), -1);
+  EXPECT_EQ(text.Find("de"), 3);
+  EXPECT_EQ(text.Find("de", 70), -1);
+
+  CString edit("abc");
+  edit.Delete(0);
+  EXPECT_EQ(edit, "bc");
+  EXPECT_EQ(edit.Insert(edit.GetLength(), 'd'), 3);
+  EXPECT_EQ(edit.Insert(99, 'e'), 4);
+  EXPECT_EQ(edit.Insert(-4, 'a'), 5);
+  EXPECT_EQ(edit, "abcde");
+  EXPECT_EQ(edit.Delete(10, 2), 5);
+  EXPECT_EQ(edit.Delete(3, 99), 3);
+  EXPECT_EQ(edit.Delete(-2, 1), 2);
+  EXPECT_EQ(edit, "bc");
 }
 
 TEST(CStringTest, AppendFormatCompare) {
   CString text;
   text += static_cast<const char*>(nullptr);
   text += 'a';
-  text += CString("b");
-  text += "c";
-  EXPECT_EQ(text, "abc");
+  text += "b";
+  text += text;
+  EXPECT_EQ(text, "abab");
   text.Format("%d:%X", -5, 255u);
   EXPECT_EQ(text, "-5:FF");
+  text.Format("<%s>", static_cast<LPCTSTR>(text));  // formatting from its own text
+  EXPECT_EQ(text, "<-5:FF>");
   text.Format("%s", std::string(1000, 'x').c_str());
   EXPECT_EQ(text.GetLength(), 1000);
   CString withNul("a", 1);
@@ -60,28 +75,33 @@ TEST(CStringTest, AppendFormatCompare) {
   withNul += 'b';
   EXPECT_EQ(withNul.GetLength(), 3);  // bytes of any value are kept
   EXPECT_EQ(CString("ABC").CompareNoCase("abc"), 0);
-  EXPECT_NE(CString("\xC4").CompareNoCase("\xE4"), 0);  // only ASCII letters fold
-  EXPECT_TRUE(CString("a") < CString("b"));
+  EXPECT_NE(CString("\xC4").CompareNoCase("\xE4"), 0);
+  EXPECT_GT(CString("\xE4").Compare("z"), 0);  // bytes compare as unsigned
+  EXPECT_TRUE(CString("z") < CString("\xE4"));
   EXPECT_TRUE("x" == CString("x"));
+  EXPECT_TRUE(CString("x") != "X");
 }
 
 TEST(Containers, ArraysGrowAndKeepTheirElements) {
   CStringArray names;
   for (int i = 0; i < 2000; ++i) names.SetAtGrow(names.GetSize(), std::to_string(i).c_str());
-  ASSERT_EQ(names.GetSize(), 2000);
-  EXPECT_EQ(names[0], "0");
-  EXPECT_EQ(names[1999], "1999");
-  names.RemoveAt(1, 1998);
-  ASSERT_EQ(names.GetSize(), 2);
-  EXPECT_EQ(names[1], "1999");
+  for (int i = 0; i < 2000; i += 37) EXPECT_EQ(names[i], std::to_string(i).c_str());
+  names.RemoveAt(1, 1997);
+  ASSERT_EQ(names.GetSize(), 3);
+  EXPECT_EQ(Names(names), (std::vector<std::string>{"0", "1998", "1999"}));
+  names.RemoveAt(5);  // past the end: nothing happens
+  names.RemoveAt(1);
+  EXPECT_EQ(Names(names), (std::vector<std::string>{"0", "1999"}));
+  names.SetSize(1);
+  names.SetSize(3);
+  EXPECT_EQ(Names(names), (std::vector<std::string>{"0", "", ""}));  // no stale text comes back
   names.SetSize(0);
-  EXPECT_EQ(names.GetSize(), 0);
-  CByteArray bytes;
-  bytes.SetSize(5);
-  for (int i = 0; i < 5; ++i) EXPECT_EQ(bytes[i], 0);
+  EXPECT_TRUE(names.IsEmpty());
+
   CWordArray words;
   words.SetAtGrow(3, 70);  // grows with zeros in front
-  EXPECT_EQ(Words(words), (std::vector<int>{0, 0, 0, 70}));
+  words.SetAtGrow(words.GetSize(), 0xFFFF);
+  EXPECT_EQ(Words(words), (std::vector<int>{0, 0, 0, 70, 0xFFFF}));
 }
 
 TEST(Containers, ListNodesNeverMove) {
@@ -98,50 +118,95 @@ TEST(Containers, ListNodesNeverMove) {
   EXPECT_EQ(&list.GetAt(head), address);
   EXPECT_EQ(*address, "first");
   EXPECT_EQ(list.GetCount(), 1002);
-  EXPECT_EQ(list.GetHead(), "front");
   EXPECT_EQ(list.GetTail(), "999");
   list.RemoveTail();
   EXPECT_EQ(list.GetTail(), "998");
-  int walked = 0;
-  for (POSITION pos = list.GetHeadPosition(); pos != nullptr; list.GetNext(pos)) ++walked;
+
+  POSITION pos = list.GetHeadPosition();
+  EXPECT_EQ(list.GetNext(pos), "front");
+  EXPECT_EQ(pos, head);
+  EXPECT_EQ(list.GetNext(pos), "first");
+  EXPECT_EQ(list.GetNext(pos), "0");
+  int walked = 3;
+  for (; pos != nullptr; list.GetNext(pos)) ++walked;
   EXPECT_EQ(walked, 1001);
+
   list.RemoveAll();
+  EXPECT_EQ(list.GetCount(), 0);
+  EXPECT_EQ(list.GetHeadPosition(), nullptr);
+  list.AddTail(first);
+  list.RemoveTail();  // down to empty by removal, then used again
   EXPECT_EQ(list.GetHeadPosition(), nullptr);
   CString again("again");
-  list.AddTail(again);
-  EXPECT_EQ(list.GetCount(), 1);
+  const POSITION only = list.AddHead(again);
+  EXPECT_EQ(list.GetTailPosition(), only);
+  EXPECT_EQ(list.GetTail(), "again");
+}
+
+// Runs body; true if it threw an E*, which is then freed.
+template <class E, class Body>
+bool Throws(Body body) {
+  try {
+    body();
+  } catch (E* e) {
+    e->Delete();
+    return true;
+  }
+  return false;
+}
+
+// Opens path for reading; returns the cause of the failure, or -1.
+int OpenFailure(const char* path, CString* pFileName) {
+  try {
+    CFile file(path, CFile::modeRead);
+  } catch (CFileException* e) {
+    const int cause = e->m_cause;
+    *pFileName = e->m_strFileName;
+    e->Delete();
+    return cause;
+  }
+  return -1;
 }
 
 TEST(Files, ReadWriteAndFailures) {
-  TempFile temp("hello");
-  {
-    CFile file(temp.Path(), CFile::modeRead);
-    EXPECT_EQ(file.GetLength(), 5u);
-    char buffer[8] = {};
-    EXPECT_EQ(file.Read(buffer, sizeof buffer), 5u);
-    EXPECT_STREQ(buffer, "hello");
-  }
+  TempFile temp("");
   {
     CFile file(temp.Path(), CFile::modeCreate | CFile::modeWrite);
-    file.Write("new", 3);
+    file.Write("hello", 5);
+    file.Write(" world", 6);
   }
-  CFile reread(temp.Path(), CFile::modeRead);
-  EXPECT_EQ(reread.GetLength(), 3u);
+  {
+    CFile file(temp.Path(), CFile::modeRead);
+    EXPECT_EQ(file.GetLength(), 11u);
+    char buffer[16] = {};
+    EXPECT_EQ(file.Read(buffer, sizeof buffer), 11u);
+    EXPECT_STREQ(buffer, "hello world");
+    EXPECT_EQ(file.Read(buffer, sizeof buffer), 0u);
+  }
+  CFile truncated(temp.Path(), CFile::modeCreate | CFile::modeWrite);
+  EXPECT_EQ(truncated.GetLength(), 0u);
 
-  for (const char* path : {"/nonexistent/devdef/x", "/tmp"}) {
-    int cause = -1;
-    try {
-      CFile file(path, CFile::modeRead);
-    } catch (CFileException* e) {
-      cause = e->m_cause;
-      EXPECT_EQ(e->m_strFileName, path);
-      e->Delete();
-    }
-    EXPECT_EQ(cause, path[1] == 'n' ? CFileException::fileNotFound : CFileException::invalidFile);
-  }
+  CString name;
+  EXPECT_EQ(OpenFailure("/nonexistent/devdef/x.def", &name), CFileException::fileNotFound);
+  EXPECT_EQ(name, "/nonexistent/devdef/x.def");
+  EXPECT_NE(OpenFailure("/tmp", &name), -1);  // a directory is no file to read
+  EXPECT_EQ(name, "/tmp");
+
+  CMemFile mem;
+  mem.Write("hello world", 11);
+  mem.Seek(-5, CFile::end);
+  mem.Write("WORLD!", 6);  // overwrites, then extends
+  EXPECT_EQ(mem.GetLength(), 12u);
+  char buffer[16] = {};
+  EXPECT_EQ(mem.Seek(6, CFile::begin), 6u);
+  EXPECT_EQ(mem.Read(buffer, sizeof buffer), 6u);
+  EXPECT_STREQ(buffer, "WORLD!");
+  EXPECT_TRUE(Throws<CFileException>([&] { mem.Seek(-1, CFile::begin); }));
 }
 
 TEST(Files, ArchiveBuffersUntilFlush) {
+  std::string big(10000, '\0');
+  for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i % 251);
   CMemFile file;
   {
     CArchive ar(&file, CArchive::store);
@@ -150,63 +215,87 @@ TEST(Files, ArchiveBuffersUntilFlush) {
     EXPECT_EQ(file.GetLength(), 0u);
     ar.Flush();
     EXPECT_EQ(file.GetLength(), 3u);
-    const std::string big(10000, 'x');
     ar.Write(big.data(), static_cast<UINT>(big.size()));
-    EXPECT_EQ(file.GetLength() % 4096, 3u);  // whole buffers reached the file
+    EXPECT_GT(file.GetLength(), 3u);
+    EXPECT_LT(file.GetLength(), 10003u);  // the tail still waits in the buffer
   }  // destruction flushes the rest
-  EXPECT_EQ(file.GetLength(), 10003u);
+  ASSERT_EQ(file.GetLength(), 10003u);
+  file.SeekToBegin();
+  CArchive in(&file, CArchive::load);
+  std::string back(10003, '\0');
+  EXPECT_EQ(in.Read(&back[0], 10003), 10003u);
+  EXPECT_EQ(back, "abc" + big);
 
   CArchive none(nullptr, CArchive::store);
   EXPECT_EQ(none.GetFile(), nullptr);
-  bool thrown = false;
-  try {
-    none.Write("x", 1);
-  } catch (CArchiveException* e) {
-    thrown = true;
-    e->Delete();
+  EXPECT_TRUE(Throws<CArchiveException>([&] { none.Write("x", 1); }));
+
+  // A file that refuses the bytes: Close reports it, destruction must not.
+  TempFile temp("x");
+  CFile readOnly(temp.Path(), CFile::modeRead);
+  {
+    CArchive lost(&readOnly, CArchive::store);
+    lost.Write("abc", 3);
   }
-  EXPECT_TRUE(thrown);
+  CArchive ar(&readOnly, CArchive::store);
+  ar.Write("abc", 3);
+  EXPECT_TRUE(Throws<CFileException>([&] { ar.Close(); }));
+  EXPECT_EQ(ar.GetFile(), nullptr);
 }
 
 TEST(MessageBoxes, HandlerAndReports) {
-  {
-    MessageCapture boxes;
-    AfxMessageBox("text", MB_ICONEXCLAMATION);
-    MessageBoxA(nullptr, "body", "caption", MB_OK);
-    CFileException error(CFileException::fileNotFound, 2, "/some/file.def");
-    error.ReportError();
-    ASSERT_EQ(boxes.Boxes().size(), 3u);
-    EXPECT_EQ(boxes.Boxes()[0].caption, "(null)");
-    EXPECT_EQ(boxes.Boxes()[0].type, 0x30u);
-    EXPECT_EQ(boxes.Boxes()[1].caption, "caption");
-    EXPECT_NE(boxes.Boxes()[2].text.find("/some/file.def"), std::string::npos);
-    EXPECT_NE(boxes.Boxes()[2].text.find("not found"), std::string::npos);
+  MessageCapture boxes;
+  AfxMessageBox("text", MB_ICONEXCLAMATION);
+  MessageBoxA(nullptr, "body", "caption", MB_ICONEXCLAMATION);
+  try {
+    CFile file("/nonexistent/devdef/report.def", CFile::modeRead);
+  } catch (CFileException* e) {
+    e->ReportError();
+    e->Delete();
   }
-  AFX_MESSAGEBOX_HANDLER previous = AfxSetMessageBoxHandler(nullptr);
-  EXPECT_NE(previous, nullptr);
-  EXPECT_NE(AfxSetMessageBoxHandler(previous), nullptr);  // null installed the default
+  const AFX_MESSAGEBOX_HANDLER capture = AfxSetMessageBoxHandler(nullptr);  // back to the default
+  const AFX_MESSAGEBOX_HANDLER fallback = AfxSetMessageBoxHandler(capture);
+  EXPECT_NE(fallback, nullptr);
+  EXPECT_NE(fallback, capture);
+  ASSERT_EQ(boxes.Boxes().size(), 3u);
+  EXPECT_EQ(boxes.Boxes()[0].text, "text");
+  EXPECT_EQ(boxes.Boxes()[0].caption, "(null)");
+  EXPECT_EQ(boxes.Boxes()[0].type, 0x30u);
+  EXPECT_EQ(boxes.Boxes()[1].caption, "caption");
+  EXPECT_EQ(boxes.Boxes()[1].text, "body");
+  EXPECT_NE(boxes.Boxes()[2].text.find("/nonexistent/devdef/report.def"), std::string::npos);
 }
 
-TEST(Runtime, NumberReadersWrapAndStop) {
+// What the number readers make of text: the value, or "none".
+std::string Decimal(const char* text) {
   int value = 0;
-  EXPECT_EQ(DevdefScanDecimal(" \t-12abc", &value), 1);
-  EXPECT_EQ(value, -12);
-  EXPECT_EQ(DevdefScanDecimal("4294967297", &value), 1);
-  EXPECT_EQ(value, 1);
-  value = 7;
+  return DevdefScanDecimal(text, &value) == 1 ? std::to_string(value) : "none";
+}
+std::string Hex(const char* text) {
+  unsigned value = 0;
+  return DevdefScanHex(text, &value) == 1 ? std::to_string(value) : "none";
+}
+
+TEST(Runtime, ComparisonsAndNumberReaders) {
+  EXPECT_EQ(_mbsicmp(U("Ab"), U("aB")), 0);
+  EXPECT_NE(_mbsicmp(U("\xC4"), U("\xE4")), 0);  // only ASCII letters fold
+  EXPECT_LT(_mbscmp(U("A"), U("a")), 0);
+  EXPECT_GT(_mbscmp(U("\x80"), U("a")), 0);
+
+  EXPECT_EQ(Decimal(" \t\n-12abc"), "-12");
+  EXPECT_EQ(Decimal("12abc"), "12");
+  EXPECT_EQ(Decimal("4294967297"), "1");  // wraps modulo 2^32
+  EXPECT_EQ(Decimal("4294967295"), "-1");
+  for (const char* bad : {"-", "", " ", "+-5", "- 5", "abc"}) EXPECT_EQ(Decimal(bad), "none") << bad;
+  int value = 7;
   EXPECT_EQ(DevdefScanDecimal("-", &value), 0);
-  EXPECT_EQ(DevdefScanDecimal("+-5", &value), 0);
-  EXPECT_EQ(value, 7);
-  unsigned hex = 0;
-  EXPECT_EQ(DevdefScanHex("1F", &hex), 1);
-  EXPECT_EQ(hex, 31u);
-  EXPECT_EQ(DevdefScanHex("0x1f", &hex), 1);
-  EXPECT_EQ(hex, 31u);
-  EXPECT_EQ(DevdefScanHex("-1", &hex), 1);
-  EXPECT_EQ(hex, 0xFFFFFFFFu);
-  EXPECT_EQ(DevdefScanHex("g", &hex), 0);
-  EXPECT_EQ(_mbsicmp(reinterpret_cast<const unsigned char*>("Ab"), reinterpret_cast<const unsigned char*>("aB")), 0);
-  EXPECT_LT(_mbscmp(reinterpret_cast<const unsigned char*>("A"), reinterpret_cast<const unsigned char*>("a")), 0);
+  EXPECT_EQ(value, 7);  // nothing stored on failure
+
+  EXPECT_EQ(Hex("1F"), "31");
+  EXPECT_EQ(Hex(" 0x1f,"), "31");
+  EXPECT_EQ(Hex("-1"), "4294967295");
+  EXPECT_EQ(Hex("123456789"), std::to_string(0x23456789u));
+  EXPECT_EQ(Hex("g"), "none");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #define DEVDEF_PLATFORM_CARRAY_H_
 
 #include <cstddef>
+#include <functional>
 #include <new>
 #include <type_traits>
 
@@ -54,6 +55,13 @@ class CArray {
     return index;
   }
   void RemoveAt(int nIndex, int nCount = 1);
+
+ protected:
+  // Whether p points into this array's storage.
+  bool IsOwnElement(const void* p) const {
+    const std::less<const void*> before;
+    return m_pData != nullptr && !before(p, m_pData) && before(p, m_pData + m_nMaxSize);
+  }
 
  private:
   void Reallocate(int nNewMax);
@@ -116,6 +124,13 @@ void CArray<TYPE, ARG_TYPE>::FreeExtra() {
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::SetAtGrow(int nIndex, ARG_TYPE newElement) {
   if (nIndex < 0) return;
+  if (nIndex >= m_nMaxSize && IsOwnElement(&newElement)) {
+    // The element lives in this array, which is about to move: copy it first.
+    TYPE copy(newElement);
+    SetSize(nIndex + 1, -1);
+    m_pData[nIndex] = copy;
+    return;
+  }
   if (nIndex >= m_nSize) SetSize(nIndex + 1, -1);
   m_pData[nIndex] = newElement;
 }

@@ -14,12 +14,19 @@ class CWordArray : public CArray<WORD, WORD> {
 class CByteArray : public CArray<BYTE, BYTE> {};
 class CStringArray : public CArray<CString, LPCTSTR> {
  public:
-  using CArray<CString, LPCTSTR>::SetAtGrow;
   using CArray<CString, LPCTSTR>::Add;
   using CArray<CString, LPCTSTR>::SetAt;
+  // The text is copied before the array grows, so it may come from an
+  // element of this array.
+  void SetAtGrow(int nIndex, LPCTSTR newElement) { SetAtGrow(nIndex, CString(newElement)); }
   void SetAtGrow(int nIndex, const CString& newElement) {
     if (nIndex < 0) return;
-    if (nIndex >= GetSize()) SetSize(nIndex + 1, -1);
+    if (nIndex >= GetSize()) {
+      CString copy(newElement);
+      SetSize(nIndex + 1, -1);
+      ElementAt(nIndex) = static_cast<CString&&>(copy);
+      return;
+    }
     ElementAt(nIndex) = newElement;
   }
   int Add(const CString& newElement) {
