@@ -145,8 +145,8 @@ class CheckingCtrl : public Base {
 
   void CheckListLine(long line, int result, const CString& strToken) {
     const std::string text = m_lines.Line(line);
-    const bool braces = this->m_nLayout == 7 && strToken.CompareNoCase("MODUL_LIST") != 0 &&
-                        (strToken.CompareNoCase("HOUSING_LIST") == 0 || strToken.CompareNoCase("ADAPTER_LIST") == 0);
+    const bool braces = this->m_nLayout == 7 && (strToken.CompareNoCase("HOUSING_LIST") == 0 ||
+                                                 strToken.CompareNoCase("ADAPTER_LIST") == 0);
     if (braces) {
       if (result == 0) {
         Add(line, "list", "header list in braces not read: it needs \"{\", at least one entry with a separator "
