@@ -51,6 +51,21 @@ int ReadText(KCDeviceDefCtrl& ctrl, const std::string& bytes) {
   return ctrl.ReadDefFile(file.Path(), false);
 }
 
+std::string Contents(CMemFile& file) {
+  std::string bytes(static_cast<size_t>(file.GetLength()), '\0');
+  file.SeekToBegin();
+  if (!bytes.empty()) file.Read(&bytes[0], static_cast<UINT>(bytes.size()));
+  return bytes;
+}
+
+std::string Written(KCDeviceDefCtrl& ctrl, bool convert, int* pResult) {
+  CMemFile file;
+  CArchive ar(&file, CArchive::store);
+  const int result = convert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
+  if (pResult != nullptr) *pResult = result;
+  return Contents(file);  // nothing goes through the archive's buffer
+}
+
 std::vector<DEVICE_ITEM*> AllDevices(KCDeviceDefCtrl& ctrl) {
   std::vector<DEVICE_ITEM*> devices;
   DevdefWalkDevices(ctrl.getDeviceList(), [&devices](const DevdefDevicePlace& place) {

@@ -57,6 +57,13 @@ using TestCtrl = Exposed<KCDeviceDefCtrl>;
 // Reads bytes as a definition file through ctrl; returns ReadDefFile's result.
 int ReadText(KCDeviceDefCtrl& ctrl, const std::string& bytes);
 
+// The bytes of a memory file, from its start.
+std::string Contents(CMemFile& file);
+
+// What the controller's WriteDefFile (or, with convert, its conversion)
+// writes, with its result in *pResult.
+std::string Written(KCDeviceDefCtrl& ctrl, bool convert = false, int* pResult = nullptr);
+
 // Every device of the catalogue in walk order.
 std::vector<DEVICE_ITEM*> AllDevices(KCDeviceDefCtrl& ctrl);
 // The names of the kinds, and of the manufacturers of one kind.

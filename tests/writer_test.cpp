@@ -11,22 +11,6 @@
 
 namespace {
 
-std::string Contents(CMemFile& file) {
-  std::string bytes(static_cast<size_t>(file.GetLength()), '\0');
-  file.SeekToBegin();
-  if (!bytes.empty()) file.Read(&bytes[0], static_cast<UINT>(bytes.size()));
-  return bytes;
-}
-
-// Writes through the controller's WriteDefFile (or the conversion) to memory.
-std::string Written(KCDeviceDefCtrl& ctrl, bool convert = false, int* pResult = nullptr) {
-  CMemFile file;
-  CArchive ar(&file, CArchive::store);
-  const int result = convert ? ctrl.ConvertDefFileToVersion3(ar) : ctrl.WriteDefFile(ar);
-  if (pResult != nullptr) *pResult = result;
-  return Contents(file);  // nothing goes through the archive's buffer
-}
-
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::stringstream bytes;
@@ -150,40 +134,6 @@ TEST(Writer, Conversion) {
   CArchive ar(&file, CArchive::store);
   EXPECT_EQ(layout1.ConvertDefFileToVersion3(ar), 0);
   EXPECT_EQ(file.GetLength(), 0u);
-}
-
-// A file that accepts a number of bytes and then fails like a full disk.
-class FailingFile : public CMemFile {
- public:
-  explicit FailingFile(size_t limit) : m_limit(limit) {}
-  void Write(const void* lpBuf, UINT nCount) override {
-    if (GetLength() + nCount > m_limit) throw new CFileException(CFileException::diskFull, 28, "full");
-    CMemFile::Write(lpBuf, nCount);
-  }
-
- private:
-  size_t m_limit;
-};
-
-TEST(Writer, FailedWritesReachTheCaller) {
-  TestCtrl ctrl("", 5, 0);
-  ASSERT_EQ(ReadText(ctrl, "DEF_LAYOUT_VERSION = 1\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 0 : x\n}\n"), 1);
-  const std::string whole = Written(ctrl);
-  for (size_t limit = 0; limit < whole.size(); limit += 7) {
-    FailingFile file(limit);
-    CArchive ar(&file, CArchive::store);
-    bool thrown = false;
-    try {
-      ctrl.WriteDefFile(ar);
-    } catch (CFileException* e) {
-      thrown = true;
-      EXPECT_EQ(e->m_cause, CFileException::diskFull);
-      e->Delete();
-    }
-    EXPECT_TRUE(thrown) << limit;
-    EXPECT_EQ(Contents(file), whole.substr(0, Contents(file).size()));
-  }
-  EXPECT_EQ(Written(ctrl), whole);  // the catalogue is unchanged
 }
 
 TEST(DeviceListExport, RowsAndFailures) {

@@ -37,9 +37,6 @@ void AppendV(std::string& out, LPCTSTR format, va_list args) {
 
 CString::CString(LPCTSTR psz) : m_str(psz != nullptr ? psz : "") {}
 
-CString::CString(const unsigned char* psz)
-    : CString(reinterpret_cast<LPCTSTR>(psz)) {}
-
 CString::CString(LPCTSTR pch, int nLength) {
   if (pch != nullptr && nLength > 0) m_str.assign(pch, static_cast<size_t>(nLength));
 }
@@ -54,11 +51,6 @@ CString& CString::operator=(LPCTSTR psz) {
   } else {
     m_str.assign(psz);
   }
-  return *this;
-}
-
-CString& CString::operator=(TCHAR ch) {
-  m_str.assign(1, ch);
   return *this;
 }
 
@@ -95,11 +87,6 @@ CString CString::Left(int nCount) const {
   return CString(m_str.data(), Clamp(nCount, 0, GetLength()));
 }
 
-CString CString::Right(int nCount) const {
-  nCount = Clamp(nCount, 0, GetLength());
-  return CString(m_str.data() + (GetLength() - nCount), nCount);
-}
-
 int CString::Find(TCHAR ch, int nStart) const {
   if (nStart < 0) nStart = 0;
   if (nStart >= GetLength()) return -1;
@@ -112,17 +99,6 @@ int CString::Find(LPCTSTR pszSub, int nStart) const {
   if (nStart < 0) nStart = 0;
   if (nStart > GetLength()) return -1;
   const size_t at = m_str.find(pszSub, static_cast<size_t>(nStart));
-  return at == std::string::npos ? -1 : static_cast<int>(at);
-}
-
-int CString::ReverseFind(TCHAR ch) const {
-  const size_t at = m_str.rfind(ch);
-  return at == std::string::npos ? -1 : static_cast<int>(at);
-}
-
-int CString::FindOneOf(LPCTSTR pszCharSet) const {
-  if (pszCharSet == nullptr) return -1;
-  const size_t at = m_str.find_first_of(pszCharSet);
   return at == std::string::npos ? -1 : static_cast<int>(at);
 }
 
@@ -161,16 +137,6 @@ int CString::Replace(LPCTSTR pszOld, LPCTSTR pszNew) {
   return count;
 }
 
-int CString::Remove(TCHAR ch) {
-  const size_t before = m_str.size();
-  size_t out = 0;
-  for (size_t i = 0; i < before; ++i) {
-    if (m_str[i] != ch) m_str[out++] = m_str[i];
-  }
-  m_str.resize(out);
-  return static_cast<int>(before - out);
-}
-
 int CString::Insert(int nIndex, TCHAR ch) {
   nIndex = Clamp(nIndex, 0, GetLength());
   m_str.insert(static_cast<size_t>(nIndex), 1, ch);
@@ -197,30 +163,9 @@ CString& CString::TrimLeft() {
   return *this;
 }
 
-CString& CString::TrimLeft(TCHAR chTarget) {
-  size_t start = 0;
-  while (start < m_str.size() && m_str[start] == chTarget) ++start;
-  m_str.erase(0, start);
-  return *this;
-}
-
-CString& CString::TrimLeft(LPCTSTR pszTargets) {
-  size_t start = 0;
-  while (start < m_str.size() && InSet(m_str[start], pszTargets)) ++start;
-  m_str.erase(0, start);
-  return *this;
-}
-
 CString& CString::TrimRight() {
   size_t end = m_str.size();
   while (end > 0 && DevdefIsSpace(static_cast<unsigned char>(m_str[end - 1]))) --end;
-  m_str.resize(end);
-  return *this;
-}
-
-CString& CString::TrimRight(TCHAR chTarget) {
-  size_t end = m_str.size();
-  while (end > 0 && m_str[end - 1] == chTarget) --end;
   m_str.resize(end);
   return *this;
 }
@@ -230,16 +175,6 @@ CString& CString::TrimRight(LPCTSTR pszTargets) {
   while (end > 0 && InSet(m_str[end - 1], pszTargets)) --end;
   m_str.resize(end);
   return *this;
-}
-
-void CString::MakeUpper() {
-  for (char& ch : m_str) {
-    if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - ('a' - 'A'));
-  }
-}
-
-void CString::MakeLower() {
-  for (char& ch : m_str) ch = static_cast<char>(DevdefToLower(static_cast<unsigned char>(ch)));
 }
 
 void CString::Format(LPCTSTR pszFormat, ...) {
@@ -260,11 +195,6 @@ void CString::AppendFormat(LPCTSTR pszFormat, ...) {
 
 LPTSTR CString::GetBuffer(int nMinBufLength) {
   if (nMinBufLength > GetLength()) m_str.resize(static_cast<size_t>(nMinBufLength));
-  return &m_str[0];
-}
-
-LPTSTR CString::GetBufferSetLength(int nNewLength) {
-  m_str.resize(static_cast<size_t>(nNewLength < 0 ? 0 : nNewLength));
   return &m_str[0];
 }
 
@@ -290,5 +220,3 @@ CString operator+(const CString& lhs, const CString& rhs) {
 }
 CString operator+(const CString& lhs, LPCTSTR rhs) { return lhs + CString(rhs); }
 CString operator+(LPCTSTR lhs, const CString& rhs) { return CString(lhs) + rhs; }
-CString operator+(const CString& lhs, TCHAR rhs) { return lhs + CString(rhs); }
-CString operator+(TCHAR lhs, const CString& rhs) { return CString(lhs) + rhs; }

@@ -16,7 +16,6 @@ class DEVDEF_API CString {
   CString(const CString& other) = default;
   CString(CString&& other) noexcept = default;
   CString(LPCTSTR psz);  // NOLINT: implicit, as in the class library; null is empty
-  CString(const unsigned char* psz);  // NOLINT
   CString(LPCTSTR pch, int nLength);
   explicit CString(TCHAR ch, int nRepeat = 1);
   ~CString() = default;
@@ -24,7 +23,6 @@ class DEVDEF_API CString {
   CString& operator=(const CString& other) = default;
   CString& operator=(CString&& other) noexcept = default;
   CString& operator=(LPCTSTR psz);
-  CString& operator=(TCHAR ch);
 
   int GetLength() const { return static_cast<int>(m_str.size()); }
   BOOL IsEmpty() const { return m_str.empty(); }
@@ -56,31 +54,22 @@ class DEVDEF_API CString {
   CString Mid(int nFirst) const;
   CString Mid(int nFirst, int nCount) const;
   CString Left(int nCount) const;
-  CString Right(int nCount) const;
 
   int Find(TCHAR ch, int nStart = 0) const;
   int Find(LPCTSTR pszSub, int nStart = 0) const;
-  int ReverseFind(TCHAR ch) const;
-  int FindOneOf(LPCTSTR pszCharSet) const;
 
   int Replace(TCHAR chOld, TCHAR chNew);
   int Replace(LPCTSTR pszOld, LPCTSTR pszNew);
-  int Remove(TCHAR ch);
   int Insert(int nIndex, TCHAR ch);
   int Insert(int nIndex, LPCTSTR psz);
   int Delete(int nIndex, int nCount = 1);
 
   // White space is blank, tab, LF, VT, FF and CR.
   CString& TrimLeft();
-  CString& TrimLeft(TCHAR chTarget);
-  CString& TrimLeft(LPCTSTR pszTargets);
   CString& TrimRight();
-  CString& TrimRight(TCHAR chTarget);
   CString& TrimRight(LPCTSTR pszTargets);
   CString& Trim() { return TrimRight().TrimLeft(); }
 
-  void MakeUpper();
-  void MakeLower();
 
   void Format(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
   void AppendFormat(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
@@ -89,7 +78,6 @@ class DEVDEF_API CString {
   // plus a terminating zero. ReleaseBuffer(-1) takes the length up to the
   // first zero byte.
   LPTSTR GetBuffer(int nMinBufLength);
-  LPTSTR GetBufferSetLength(int nNewLength);
   void ReleaseBuffer(int nNewLength = -1);
 
   // Not in the class library: reserves room for appending without moving.
@@ -114,7 +102,5 @@ DEVDEF_API bool operator<(const CString& lhs, const CString& rhs);
 DEVDEF_API CString operator+(const CString& lhs, const CString& rhs);
 DEVDEF_API CString operator+(const CString& lhs, LPCTSTR rhs);
 DEVDEF_API CString operator+(LPCTSTR lhs, const CString& rhs);
-DEVDEF_API CString operator+(const CString& lhs, TCHAR rhs);
-DEVDEF_API CString operator+(TCHAR lhs, const CString& rhs);
 
 #endif  // DEVDEF_PLATFORM_CSTRING_H_
