@@ -3,7 +3,8 @@
 # then builds and runs the example or the whole test suite.
 set -euo pipefail
 
-PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config)
+PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
+          clang libclang-rt-dev gcovr valgrind)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -15,9 +16,17 @@ usage: ./dev.sh <command>
 commands:
   example   build the tool and print the bundled example as a tree
   test      build and run the whole test suite, then again under
-            AddressSanitizer and UndefinedBehaviorSanitizer and as a
-            shared library; install each library build into a temporary
-            prefix and build a host against it (find_package, pkg-config)
+            AddressSanitizer and UndefinedBehaviorSanitizer, under valgrind
+            memcheck and as a shared library; install each library build
+            into a temporary prefix and build a host against it
+            (find_package, pkg-config); run each fuzz target for a short
+            smoke (FUZZ_SECONDS, default 30); check the coverage of the
+            library (at least 95% of lines and 90% of branches)
+  coverage  build with gcov, run the test suite and write the report to
+            build/coverage/report/index.html
+  fuzz [SECONDS]
+            run each fuzz target for SECONDS (default 1200), one after the
+            other, keeping what they find in build/fuzz/corpus
 
 Missing Debian packages are installed first (with apt-get).
 JOBS sets the number of parallel build and test jobs (default: nproc).
@@ -47,6 +56,40 @@ build() {
   cmake --build --preset "$1" --parallel "$JOBS"
 }
 
+# The test binaries run one at a time: parallel runs of one binary would
+# race on its gcov counters.
+coverage() {
+  build coverage
+  find build/coverage -name '*.gcda' -delete
+  ctest --preset coverage
+  mkdir -p build/coverage/report
+  gcovr --root . --filter 'devdef/' --exclude-unreachable-branches --exclude-throw-branches \
+    --html-details build/coverage/report/index.html --print-summary \
+    --fail-under-line 95 --fail-under-branch 90 build/coverage
+}
+
+fuzz_smoke() {
+  cmake --preset fuzz -DDEVDEF_FUZZ_SECONDS="${FUZZ_SECONDS:-30}"
+  cmake --build --preset fuzz --parallel "$JOBS"
+  ctest --preset fuzz --parallel "$JOBS"
+}
+
+fuzz_long() {
+  local seconds="${1:-1200}"
+  build fuzz
+  for target in build/fuzz/fuzz/fuzz_*; do
+    [ -x "$target" ] || continue
+    local name seeds
+    name="$(basename "$target")"
+    seeds=fuzz/corpus/files
+    [ "$name" = fuzz_scan_formatted ] && seeds=fuzz/corpus/scan
+    mkdir -p "build/fuzz/corpus/$name"
+    echo "dev.sh: $name for $seconds s"
+    "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -dict=fuzz/devdef.dict \
+      -print_final_stats=1 "build/fuzz/corpus/$name" "$seeds"
+  done
+}
+
 case "${1:-}" in
   example)
     install_missing
@@ -60,9 +103,21 @@ case "${1:-}" in
     tests/consumer/check.sh build/dev
     build asan
     ctest --preset asan --parallel "$JOBS"
+    valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite,indirect \
+      build/dev/tests/devdef_tests --gtest_brief=1
     build shared
     ctest --preset shared --parallel "$JOBS"
     tests/consumer/check.sh build/shared
+    fuzz_smoke
+    coverage
+    ;;
+  coverage)
+    install_missing
+    coverage
+    ;;
+  fuzz)
+    install_missing
+    fuzz_long "${2:-}"
     ;;
   -h|--help|help)
     usage

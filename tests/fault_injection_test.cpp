@@ -163,6 +163,14 @@ TEST(FaultInjection, FilesNoReaderTakes) {
   EXPECT_EQ(ctrl.ReadDefFile("/tmp", false), 0);
   EXPECT_EQ(ctrl.getDeviceList().GetCount(), 0);
 
+  // A file over 2 GiB (sparse: it takes no disk) is refused like an
+  // unreadable one.
+  {
+    TempFile huge("");
+    ASSERT_EQ(::truncate(huge.Path(), (2LL << 30) + 1), 0);
+    EXPECT_EQ(ctrl.ReadDefFile(huge.Path(), false), 0);
+  }
+
   EXPECT_EQ(ReadText(ctrl, ""), 1);
   EXPECT_EQ(ctrl.m_nFileLayout, -1);
   EXPECT_EQ(ReadText(ctrl, std::string(1 << 16, '\0')), 1);

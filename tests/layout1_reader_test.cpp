@@ -157,17 +157,22 @@ TEST(DuplicateIds, CheckedAgainstTheWholeCatalogue) {
   EXPECT_EQ(ctrl.getNextDeviceID(), 10);
   EXPECT_EQ(ctrl.FindId(ctrl, 9), 1);
   EXPECT_EQ(ctrl.FindId(ctrl, 8), 0);
+  // Outside a read (a subclass may check) the check walks the catalogue.
+  ctrl.RDF_CheckDuplicateId(8);
+  ctrl.RDF_CheckDuplicateId(9);
+  ASSERT_EQ(boxes.Boxes().size(), 2u);
+  EXPECT_EQ(boxes.Boxes()[1].text, "Doppelte device id gefunden:\n<9>");
 
   // A second file is checked against what the first one left.
   ASSERT_EQ(ReadText(ctrl, "K:\n:M\nD2\n{\nKVR5DEF: 7 0 0 0 0 :again\nKVR5DEF: -1 0 0 0 0 :max\n}\n"), 1);
-  ASSERT_EQ(boxes.Boxes().size(), 2u);
-  EXPECT_EQ(boxes.Boxes()[1].text, "Doppelte device id gefunden:\n<7>");
+  ASSERT_EQ(boxes.Boxes().size(), 3u);
+  EXPECT_EQ(boxes.Boxes()[2].text, "Doppelte device id gefunden:\n<7>");
   EXPECT_EQ(ctrl.getNextDeviceID(), 0);  // the id 0xFFFFFFFF wraps the next id
 
   // Without the check: no message, and the next id stays 0.
   TestCtrl quiet("", 5, 0);
   ASSERT_EQ(ReadText(quiet, Block("KVR5DEF: 5 0 0 0 0 :a\r\nKVR5DEF: 5 0 0 0 0 :b\r\n")), 1);
-  EXPECT_EQ(boxes.Boxes().size(), 2u);
+  EXPECT_EQ(boxes.Boxes().size(), 3u);
   EXPECT_EQ(quiet.getNextDeviceID(), 0);
   EXPECT_EQ(DeviceNamed(quiet, "D")->m_DefArray.GetSize(), 2);
 }

@@ -2,6 +2,9 @@
 // and runtime behaviours the readers and writers rely on.
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -43,6 +46,25 @@ TEST(CStringTest, CutsClampTheirIndexes) {
   EXPECT_EQ(text.Find('c', 3), -1);
   EXPECT_EQ(text.Find("de"), 3);
   EXPECT_EQ(text.Find("de", 70), -1);
+  EXPECT_EQ(text.Find('a', -3), 0);
+  EXPECT_EQ(text.Find("ab", -3), 0);
+  EXPECT_EQ(text.Find(nullptr), -1);
+  EXPECT_EQ(text.Find('a', 6), -1);
+  EXPECT_TRUE(text != CString("abc"));
+  EXPECT_FALSE("abcdef" != text);
+  CString same(text);
+  EXPECT_EQ(same.Replace('a', 'a'), 0);
+  EXPECT_EQ(same.Replace(nullptr, "x"), 0);
+  EXPECT_EQ(same.Replace("zz", "x"), 0);
+  EXPECT_EQ(same.Replace("cd", nullptr), 1);
+  EXPECT_EQ(same, "abef");
+  same = static_cast<LPCTSTR>(nullptr);
+  EXPECT_TRUE(same.IsEmpty());
+  CString words("xy");
+  EXPECT_EQ(words.Insert(99, "ef"), 4);  // an index past the end appends
+  EXPECT_EQ(words.Insert(-1, nullptr), 4);
+  EXPECT_EQ(words.Insert(-1, "<"), 5);
+  EXPECT_EQ(words, "<xyef");
 
   CString edit("abc");
   edit.Delete(0);
@@ -98,6 +120,14 @@ TEST(Containers, ArraysGrowAndKeepTheirElements) {
   names.SetSize(0);
   EXPECT_TRUE(names.IsEmpty());
 
+  names.SetAtGrow(-1, "lost");  // a negative index stores nothing
+  names.SetAtGrow(0, "a");
+  names.SetAtGrow(0, CString("b"));  // an index in range overwrites
+  names.RemoveAt(0, 0);
+  names.RemoveAt(-1);
+  names.SetSize(-4);
+  EXPECT_TRUE(names.IsEmpty());
+
   CWordArray words;
   words.SetAtGrow(3, 70);  // grows with zeros in front
   words.SetAtGrow(words.GetSize(), 0xFFFF);
@@ -130,6 +160,12 @@ TEST(Containers, ListNodesNeverMove) {
   int walked = 3;
   for (; pos != nullptr; list.GetNext(pos)) ++walked;
   EXPECT_EQ(walked, 1001);
+  list.RemoveAt(head);  // from the middle: the neighbours close up
+  pos = list.GetHeadPosition();
+  EXPECT_EQ(list.GetNext(pos), "front");
+  EXPECT_EQ(list.GetNext(pos), "0");
+  list.RemoveAt(nullptr);
+  EXPECT_EQ(list.GetCount(), 1000);
 
   list.RemoveAll();
   EXPECT_EQ(list.GetCount(), 0);
@@ -299,3 +335,158 @@ TEST(Runtime, ComparisonsAndNumberReaders) {
 }
 
 }  // namespace
+
+TEST(Files, ClosedFilesSeeksAndOpenFailures) {
+  CFile closed;
+  EXPECT_TRUE(Throws<CFileException>([&] { closed.GetLength(); }));
+  EXPECT_TRUE(Throws<CFileException>([&] { closed.GetPosition(); }));
+  EXPECT_TRUE(Throws<CFileException>([&] { closed.Seek(0, CFile::begin); }));
+  EXPECT_TRUE(Throws<CFileException>([&] { closed.Write("x", 1); }));
+  char buffer[8] = {};
+  EXPECT_TRUE(Throws<CFileException>([&] { closed.Read(buffer, 1); }));
+  closed.Close();
+  closed.Abort();
+
+  CFileException error;
+  EXPECT_FALSE(closed.Open("", CFile::modeRead, &error));
+  EXPECT_EQ(error.m_cause, CFileException::fileNotFound);
+
+  TempFile temp("abcdef");
+  CFile both(temp.Path(), CFile::modeReadWrite | CFile::modeNoTruncate);
+  EXPECT_EQ(both.Seek(-2, CFile::end), 4u);
+  both.Write("XY", 2);
+  EXPECT_EQ(both.GetPosition(), 6u);
+  both.SeekToBegin();
+  EXPECT_EQ(both.Seek(1, CFile::current), 1u);
+  EXPECT_EQ(both.Read(buffer, 5), 5u);
+  EXPECT_STREQ(buffer, "bcdXY");
+  EXPECT_TRUE(Throws<CFileException>([&] { both.Seek(-10, CFile::begin); }));
+
+  // A memory file has no name to open; its moves are its own.
+  CMemFile mem;
+  EXPECT_FALSE(mem.Open("x", CFile::modeRead, &error));
+  EXPECT_EQ(error.m_cause, CFileException::genericException);
+  mem.Seek(3, CFile::begin);
+  mem.Write("z", 1);  // the gap fills with zero bytes
+  EXPECT_EQ(mem.GetPosition(), 4u);
+  EXPECT_EQ(Contents(mem), std::string("\0\0\0z", 4));
+  mem.Seek(10, CFile::begin);
+  EXPECT_EQ(mem.Read(buffer, 1), 0u);
+  mem.Close();
+  mem.Abort();
+}
+
+TEST(Files, ArchiveModesAndOwnBuffer) {
+  CMemFile file;
+  char own[4];
+  {
+    CArchive ar(&file, CArchive::store, sizeof own, own);
+    ar.Write("abcdefghij", 10);  // passes through the four bytes in pieces
+    EXPECT_TRUE(Throws<CArchiveException>([&] {
+      char byte;
+      ar.Read(&byte, 1);
+    }));
+  }
+  EXPECT_EQ(Contents(file), "abcdefghij");
+  file.SeekToBegin();
+  CArchive in(&file, CArchive::load);
+  EXPECT_TRUE(in.IsLoading());
+  EXPECT_TRUE(Throws<CArchiveException>([&] { in.Write("x", 1); }));
+  char back[16] = {};
+  EXPECT_EQ(in.Read(back, 0), 0u);
+  EXPECT_EQ(in.Read(back, sizeof back), 10u);
+  EXPECT_STREQ(back, "abcdefghij");
+  in.Flush();  // nothing to flush when loading
+
+  // Abort drops what waits in the buffer; so does bNoFlushOnDelete.
+  CMemFile dropped;
+  {
+    CArchive ar(&dropped, CArchive::store);
+    ar.Write("abc", 3);
+    ar.Abort();
+    EXPECT_EQ(ar.GetFile(), nullptr);
+  }
+  {
+    CArchive ar(&dropped, CArchive::store | CArchive::bNoFlushOnDelete);
+    ar.Write("abc", 3);
+  }
+  EXPECT_EQ(dropped.GetLength(), 0u);
+}
+
+TEST(Exceptions, CausesAndTheirReports) {
+  const struct {
+    int osError;
+    int cause;
+  } mapping[] = {{0, CFileException::none},
+                 {ENOENT, CFileException::fileNotFound},
+                 {ENOTDIR, CFileException::badPath},
+                 {EMFILE, CFileException::tooManyOpenFiles},
+                 {EACCES, CFileException::accessDenied},
+                 {EISDIR, CFileException::invalidFile},
+                 {ENOSPC, CFileException::diskFull},
+                 {ESPIPE, CFileException::badSeek},
+                 {EIO, CFileException::hardIO},
+                 {EBUSY, CFileException::sharingViolation},
+                 {ENXIO, CFileException::genericException}};
+  for (const auto& m : mapping) EXPECT_EQ(CFileException::OsErrorToException(m.osError), m.cause) << m.osError;
+
+  // Each cause has its own words; the name of the file is in every report.
+  std::set<std::string> texts;
+  for (int cause = CFileException::none; cause <= CFileException::endOfFile + 1; ++cause) {
+    CFileException e(cause, 0, "the.def");
+    char text[256];
+    UINT help = 7;
+    ASSERT_TRUE(e.GetErrorMessage(text, sizeof text, &help));
+    EXPECT_EQ(help, 0u);
+    EXPECT_NE(std::string(text).find("'the.def'"), std::string::npos);
+    texts.insert(text);
+  }
+  EXPECT_EQ(texts.size(), static_cast<size_t>(CFileException::endOfFile + 1));  // two are unspecified
+  std::set<std::string> archiveTexts;
+  for (int cause = CArchiveException::none; cause <= CArchiveException::badSchema + 1; ++cause) {
+    char text[256];
+    ASSERT_TRUE(CArchiveException(cause).GetErrorMessage(text, sizeof text));
+    EXPECT_NE(std::string(text).find("(unnamed)"), std::string::npos);
+    archiveTexts.insert(text);
+  }
+  EXPECT_EQ(archiveTexts.size(), static_cast<size_t>(CArchiveException::badSchema + 1));  // two are unspecified
+
+  char small[8];
+  EXPECT_TRUE(CFileException(CFileException::diskFull, ENOSPC).GetErrorMessage(small, sizeof small));
+  EXPECT_EQ(std::strlen(small), sizeof small - 1);  // cut, and ended
+  EXPECT_FALSE(CFileException().GetErrorMessage(small, 0));
+  EXPECT_FALSE(CFileException().GetErrorMessage(nullptr, 8));
+
+  // A report shows the text in a box; the default handler writes stderr.
+  MessageCapture boxes;
+  CArchiveException(CArchiveException::readOnly, "a.def").ReportError();
+  ASSERT_EQ(boxes.Boxes().size(), 1u);
+  EXPECT_NE(boxes.Boxes()[0].text.find("loading only"), std::string::npos);
+  const AFX_MESSAGEBOX_HANDLER capture = AfxSetMessageBoxHandler(nullptr);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(MessageBoxA(nullptr, "body", "caption", 0), IDOK);
+  EXPECT_EQ(AfxMessageBox("plain"), IDOK);
+  MessageBoxA(nullptr, nullptr, "", 0);
+  MessageBoxA(nullptr, nullptr, "caption", 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "caption: body\nplain\n\ncaption: \n");
+  AfxSetMessageBoxHandler(capture);
+}
+
+TEST(Exceptions, BaseClassReport) {
+  class Plain : public CException {};
+  MessageCapture boxes;
+  Plain plain;
+  char text[64];
+  UINT help = 3;
+  ASSERT_TRUE(plain.GetErrorMessage(text, sizeof text, &help));
+  EXPECT_EQ(help, 0u);
+  plain.ReportError();
+  ASSERT_EQ(boxes.Boxes().size(), 1u);
+  EXPECT_EQ(boxes.Boxes()[0].text, "An unknown error occurred.");
+  // An exception on the stack is not freed by Delete.
+  class OnStack : public CException {
+   public:
+    OnStack() : CException(FALSE) {}
+  } onStack;
+  onStack.Delete();
+}

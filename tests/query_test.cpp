@@ -93,6 +93,9 @@ TEST_F(QueryTest, GetDeviceItemAndNameLookup) {
   POSITION kind = nullptr, manuf = nullptr, device = nullptr;
   ASSERT_EQ(ctrl.FindDeviceItem(1, &kind, &manuf, &device, nullptr, nullptr, nullptr), 1);
   EXPECT_EQ(ctrl.GetDeviceItem(kindA, manuf, device), nullptr);  // kind A has no manufacturer list
+  EXPECT_EQ(ctrl.GetDeviceItem(nullptr, manuf, device), nullptr);
+  EXPECT_EQ(ctrl.GetDeviceItem(kind, nullptr, device), nullptr);
+  EXPECT_EQ(ctrl.GetDeviceItem(kind, manuf, nullptr), nullptr);
   DEVICE_KVRXDEF_ITEM out;
   EXPECT_EQ(ctrl.FindDeviceItem(CString("D1"), out), 0);
   EXPECT_EQ(out.m_DefID, 0u);
@@ -139,6 +142,7 @@ TEST_F(QueryTest, InitSelectedDeviceListRestoresInListOrder) {
   ctrl.InitSelectedDeviceList(11, ids);
   ctrl.InitSelectedDeviceList(0, nullptr);
   ctrl.InitSelectedDeviceList(-3, nullptr);
+  ctrl.InitSelectedDeviceList(2, nullptr);
   EXPECT_EQ(selected.GetCount(), 3);
 }
 

@@ -51,6 +51,7 @@ class Exposed : public Base {
   using Base::m_nFileLayout;
   using Base::m_nLayout;
   using Base::FindId;
+  using Base::RDF_CheckDuplicateId;
 };
 using TestCtrl = Exposed<KCDeviceDefCtrl>;
 

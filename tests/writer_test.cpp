@@ -179,6 +179,11 @@ TEST(FormatScanner, Conversions) {
   EXPECT_EQ(ScanFormatted(&count, "-0x10", "%d", &w), nullptr);
   ScanFormatted(&count, "1F", "%x", &w);
   EXPECT_EQ(w, 31);
+  ScanFormatted(&count, "0xfe", "%hd", &w);
+  EXPECT_EQ(w, 254);
+  const char* seven = "7";
+  EXPECT_EQ(ScanFormatted(&count, seven, "%q"), seven);  // no conversion: "%" must match itself
+  EXPECT_EQ(count, 65535);
   EXPECT_EQ(ScanFormatted(&count, "1F", "%d", &w), nullptr);
   EXPECT_EQ(ScanFormatted(&count, "12,5", "%d", &w), nullptr);
   EXPECT_EQ(ScanFormatted(&count, "12\n", "%d", &w), nullptr);  // a line end does not close a token
