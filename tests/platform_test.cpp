@@ -132,6 +132,18 @@ TEST(Containers, ArraysGrowAndKeepTheirElements) {
   words.SetAtGrow(3, 70);  // grows with zeros in front
   words.SetAtGrow(words.GetSize(), 0xFFFF);
   EXPECT_EQ(Words(words), (std::vector<int>{0, 0, 0, 70, 0xFFFF}));
+  // Short number lists live inside the array object; the elements survive
+  // every move between there and the heap.
+  words.RemoveAt(0, 3);
+  words.FreeExtra();
+  EXPECT_EQ(Words(words), (std::vector<int>{70, 0xFFFF}));
+  CWordArray moved(std::move(words));
+  EXPECT_TRUE(words.IsEmpty());
+  EXPECT_EQ(words.GetData(), nullptr);
+  for (int i = 0; i < 5; ++i) moved.Add(static_cast<WORD>(i));
+  moved.SetSize(3);
+  moved.FreeExtra();
+  EXPECT_EQ(Words(moved), (std::vector<int>{70, 0xFFFF, 0}));
 }
 
 TEST(Containers, ListNodesNeverMove) {

@@ -5,11 +5,24 @@
 #define DEVDEF_PLATFORM_CARRAY_H_
 
 #include <cstddef>
+#include <cstring>
 #include <functional>
 #include <new>
 #include <type_traits>
 
 #include "devdef/platform/types.h"
+
+// Where an array keeps its elements: on the heap, or, for numbers and
+// bytes, while they fit, in the room of the pointer itself.
+template <class TYPE, int kInline>
+union DevdefArrayStorage {
+  TYPE* heap;
+  TYPE inl[kInline];
+};
+template <class TYPE>
+union DevdefArrayStorage<TYPE, 0> {
+  TYPE* heap;
+};
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray {
@@ -19,8 +32,8 @@ class CArray {
   CArray& operator=(const CArray&) = delete;
   // Takes over the other array's elements, leaving it empty.
   CArray(CArray&& other) noexcept
-      : m_pData(other.m_pData), m_nSize(other.m_nSize), m_nMaxSize(other.m_nMaxSize), m_nGrowBy(other.m_nGrowBy) {
-    other.m_pData = nullptr;
+      : m_storage(other.m_storage), m_nSize(other.m_nSize), m_nMaxSize(other.m_nMaxSize), m_nGrowBy(other.m_nGrowBy) {
+    other.m_storage.heap = nullptr;
     other.m_nSize = other.m_nMaxSize = 0;
   }
   ~CArray() { SetSize(0); }
@@ -37,14 +50,15 @@ class CArray {
   void RemoveAll() { SetSize(0); }
   void FreeExtra();
 
-  TYPE& GetAt(int nIndex) { return m_pData[nIndex]; }
-  const TYPE& GetAt(int nIndex) const { return m_pData[nIndex]; }
-  TYPE& ElementAt(int nIndex) { return m_pData[nIndex]; }
-  TYPE& operator[](int nIndex) { return m_pData[nIndex]; }
-  const TYPE& operator[](int nIndex) const { return m_pData[nIndex]; }
-  void SetAt(int nIndex, ARG_TYPE newElement) { m_pData[nIndex] = newElement; }
-  TYPE* GetData() { return m_pData; }
-  const TYPE* GetData() const { return m_pData; }
+  TYPE& GetAt(int nIndex) { return Data()[nIndex]; }
+  const TYPE& GetAt(int nIndex) const { return Data()[nIndex]; }
+  TYPE& ElementAt(int nIndex) { return Data()[nIndex]; }
+  TYPE& operator[](int nIndex) { return Data()[nIndex]; }
+  const TYPE& operator[](int nIndex) const { return Data()[nIndex]; }
+  void SetAt(int nIndex, ARG_TYPE newElement) { Data()[nIndex] = newElement; }
+  // Null while the array has no storage.
+  TYPE* GetData() { return Data(); }
+  const TYPE* GetData() const { return Data(); }
 
   // Sets the element at nIndex, growing the array when needed; at the
   // current size it appends.
@@ -60,13 +74,26 @@ class CArray {
   // Whether p points into this array's storage.
   bool IsOwnElement(const void* p) const {
     const std::less<const void*> before;
-    return m_pData != nullptr && !before(p, m_pData) && before(p, m_pData + m_nMaxSize);
+    const TYPE* data = Data();
+    return data != nullptr && !before(p, data) && before(p, data + m_nMaxSize);
   }
 
  private:
+  // Numbers and bytes up to the size of a pointer need no heap block: a
+  // catalogue holds two short number lists per definition.
+  static constexpr int kInline = std::is_arithmetic<TYPE>::value ? static_cast<int>(sizeof(TYPE*) / sizeof(TYPE)) : 0;
+
+  bool IsInline() const { return kInline > 0 && m_nMaxSize > 0 && m_nMaxSize <= kInline; }
+  TYPE* Data() {
+    if constexpr (kInline > 0) {
+      if (IsInline()) return m_storage.inl;
+    }
+    return m_storage.heap;
+  }
+  const TYPE* Data() const { return const_cast<CArray*>(this)->Data(); }
   void Reallocate(int nNewMax);
 
-  TYPE* m_pData = nullptr;
+  DevdefArrayStorage<TYPE, kInline> m_storage{nullptr};
   int m_nSize = 0;
   int m_nMaxSize = 0;
   int m_nGrowBy = 0;
@@ -74,17 +101,40 @@ class CArray {
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::Reallocate(int nNewMax) {
+  // nNewMax is never below the size.
+  if constexpr (std::is_trivially_copyable<TYPE>::value) {
+    const bool onHeap = !IsInline() && m_storage.heap != nullptr;
+    const size_t bytes = sizeof(TYPE) * static_cast<size_t>(m_nSize);
+    if constexpr (kInline > 0) {
+      if (nNewMax <= kInline) {
+        TYPE saved[kInline > 0 ? kInline : 1];
+        if (bytes > 0) std::memcpy(saved, Data(), bytes);
+        if (onHeap) ::operator delete(m_storage.heap);
+        m_nMaxSize = nNewMax;
+        if (bytes > 0) std::memcpy(m_storage.inl, saved, bytes);
+        return;
+      }
+    }
+    // Numbers and bytes move as one block.
+    TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
+    if (bytes > 0) std::memcpy(data, Data(), bytes);
+    if (onHeap) ::operator delete(m_storage.heap);
+    m_storage.heap = data;
+    m_nMaxSize = nNewMax;
+    return;
+  }
   TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
+  TYPE* old = m_storage.heap;
   for (int i = 0; i < m_nSize; ++i) {
     if constexpr (std::is_nothrow_move_constructible<TYPE>::value) {
-      ::new (static_cast<void*>(data + i)) TYPE(static_cast<TYPE&&>(m_pData[i]));
+      ::new (static_cast<void*>(data + i)) TYPE(static_cast<TYPE&&>(old[i]));
     } else {
-      ::new (static_cast<void*>(data + i)) TYPE(m_pData[i]);
+      ::new (static_cast<void*>(data + i)) TYPE(old[i]);
     }
-    m_pData[i].~TYPE();
+    old[i].~TYPE();
   }
-  ::operator delete(m_pData);
-  m_pData = data;
+  ::operator delete(old);
+  m_storage.heap = data;
   m_nMaxSize = nNewMax;
 }
 
@@ -93,13 +143,15 @@ void CArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
   if (nGrowBy >= 0) m_nGrowBy = nGrowBy;
   if (nNewSize < 0) nNewSize = 0;
   if (nNewSize == 0) {
-    for (int i = 0; i < m_nSize; ++i) m_pData[i].~TYPE();
-    ::operator delete(m_pData);
-    m_pData = nullptr;
+    if constexpr (!std::is_trivially_destructible<TYPE>::value) {
+      for (int i = 0; i < m_nSize; ++i) m_storage.heap[i].~TYPE();
+    }
+    if (!IsInline()) ::operator delete(m_storage.heap);
+    m_storage.heap = nullptr;
     m_nSize = m_nMaxSize = 0;
     return;
   }
-  if (m_pData == nullptr) {
+  if (m_nMaxSize == 0) {
     // The first allocation holds exactly the size asked for.
     Reallocate(nNewSize);
   } else if (nNewSize > m_nMaxSize) {
@@ -111,8 +163,14 @@ void CArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
     const int newMax = nNewSize < m_nMaxSize + grow ? m_nMaxSize + grow : nNewSize;
     Reallocate(newMax);
   }
-  for (int i = m_nSize; i < nNewSize; ++i) ::new (static_cast<void*>(m_pData + i)) TYPE();
-  for (int i = nNewSize; i < m_nSize; ++i) m_pData[i].~TYPE();
+  if constexpr (std::is_arithmetic<TYPE>::value) {
+    // New numbers and bytes are zero, set in one go.
+    if (nNewSize > m_nSize) std::memset(Data() + m_nSize, 0, sizeof(TYPE) * static_cast<size_t>(nNewSize - m_nSize));
+  } else {
+    TYPE* data = Data();
+    for (int i = m_nSize; i < nNewSize; ++i) ::new (static_cast<void*>(data + i)) TYPE();
+    for (int i = nNewSize; i < m_nSize; ++i) data[i].~TYPE();
+  }
   m_nSize = nNewSize;
 }
 
@@ -128,19 +186,20 @@ void CArray<TYPE, ARG_TYPE>::SetAtGrow(int nIndex, ARG_TYPE newElement) {
     // The element lives in this array, which is about to move: copy it first.
     TYPE copy(newElement);
     SetSize(nIndex + 1, -1);
-    m_pData[nIndex] = copy;
+    Data()[nIndex] = copy;
     return;
   }
   if (nIndex >= m_nSize) SetSize(nIndex + 1, -1);
-  m_pData[nIndex] = newElement;
+  Data()[nIndex] = newElement;
 }
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::RemoveAt(int nIndex, int nCount) {
   if (nIndex < 0 || nCount <= 0 || nIndex >= m_nSize) return;
   if (nCount > m_nSize - nIndex) nCount = m_nSize - nIndex;
-  for (int i = nIndex; i + nCount < m_nSize; ++i) m_pData[i] = m_pData[i + nCount];
-  for (int i = m_nSize - nCount; i < m_nSize; ++i) m_pData[i].~TYPE();
+  TYPE* data = Data();
+  for (int i = nIndex; i + nCount < m_nSize; ++i) data[i] = data[i + nCount];
+  for (int i = m_nSize - nCount; i < m_nSize; ++i) data[i].~TYPE();
   m_nSize -= nCount;
 }
 

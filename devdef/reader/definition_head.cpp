@@ -3,6 +3,23 @@
 #include <cstring>
 
 #include "devdef/catalogue/device_item.h"
+#include "devdef/platform/crt.h"
+
+namespace {
+
+// Whether [pBegin, pEnd) has neither a tab nor two blanks in a row.
+bool IsNormal(const char* pBegin, const char* pEnd) {
+  if (std::memchr(pBegin, '\t', static_cast<size_t>(pEnd - pBegin)) != nullptr) return false;
+  for (const char* p = pBegin; p < pEnd;) {
+    const char* blank = static_cast<const char*>(std::memchr(p, ' ', static_cast<size_t>(pEnd - p)));
+    if (blank == nullptr) return true;
+    if (blank + 1 < pEnd && blank[1] == ' ') return false;
+    p = blank + 1;
+  }
+  return true;
+}
+
+}  // namespace
 
 int DevdefDefinitionKeyword(const char* pszLine) {
   static const char* const kKeywords[] = {"KVR3DEF:", "KVR4DEF:", "KVR5DEF:"};
@@ -12,31 +29,38 @@ int DevdefDefinitionKeyword(const char* pszLine) {
   return 0;
 }
 
-bool DevdefSplitDefinitionLine(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, CString& strHead) {
-  const int generation = DevdefDefinitionKeyword(strLine);
-  if (generation == 0) return false;
-  const int colon = strLine.Find(':', 8);
-  if (colon < 0) return false;
+bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead) {
+  const int generation = DevdefDefinitionKeyword(pLine);
+  if (generation == 0) return false;  // so the line has at least 8 bytes
+  const void* found = std::memchr(pLine + 8, ':', static_cast<size_t>(nLength - 8));
+  if (found == nullptr) return false;
+  const int colon = static_cast<int>(static_cast<const char*>(found) - pLine);
   def.m_KvrType = static_cast<BYTE>(generation);
-  strHead = strLine.Mid(8, colon - 8);
-  def.m_DefLine = strLine.Mid(colon + 1);
-  DevdefNormaliseHead(strHead);
-  return true;
-}
+  def.m_DefLine = CString(pLine + colon + 1, nLength - colon - 1);
 
-void DevdefNormaliseHead(CString& strHead) {
-  strHead.TrimLeft();
-  strHead.Replace('\t', ' ');
-  // Replacing two blanks by one until nothing changes leaves every run of
-  // blanks as one blank; doing it in one pass gives the same text.
-  const int length = strHead.GetLength();
-  LPTSTR text = strHead.GetBuffer(length);
-  int out = 0;
-  for (int in = 0; in < length; ++in) {
-    if (text[in] == ' ' && out > 0 && text[out - 1] == ' ') continue;
-    text[out++] = text[in];
+  int in = 8;
+  while (in < colon && DevdefIsSpace(static_cast<unsigned char>(pLine[in]))) ++in;
+  const char* from = pLine + in;
+  const char* const end = pLine + colon;
+  LPTSTR head = strHead.GetBuffer(colon - in);
+  char* out = head;
+  if (IsNormal(from, end)) {
+    // Most heads are already normal: one copy.
+    std::memcpy(head, from, static_cast<size_t>(end - from));
+    out += end - from;
+  } else {
+    // The first byte kept is no blank, so a blank is dropped exactly when
+    // the byte kept before it is a blank.
+    char previous = '\0';
+    for (const char* p = from; p < end; ++p) {
+      const char c = *p == '\t' ? ' ' : *p;
+      if (c == ' ' && previous == ' ') continue;
+      *out++ = c;
+      previous = c;
+    }
   }
-  strHead.ReleaseBuffer(out);
+  strHead.ReleaseBuffer(static_cast<int>(out - head));
+  return true;
 }
 
 CStringArray* DevdefHeaderList(const CString& strKeyword) {

@@ -11,16 +11,15 @@
 // 3, 4 or 5 for "KVR3DEF:", "KVR4DEF:", "KVR5DEF:" (compared exactly), else 0.
 int DevdefDefinitionKeyword(const char* pszLine);
 
-// Splits a definition line opening with one of the three keywords: sets the
-// generation of def, its text (what follows the first colon behind the
-// keyword) and strHead, the normalised number fields in between. False when
-// the line has no keyword or no colon.
-bool DevdefSplitDefinitionLine(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, CString& strHead);
-
-// Normalises the number fields in front of a definition line's colon: white
-// space at the start is removed, tabs become blanks, and every run of blanks
-// closes up to one blank. A trailing blank stays.
-void DevdefNormaliseHead(CString& strHead);
+// Splits a definition line (nLength bytes at pLine, zero-terminated behind
+// them) opening with one of the three keywords: sets the generation of def,
+// its text (what follows the first colon behind the keyword) and strHead,
+// the number fields in between, normalised: white space at the start is
+// removed, tabs become blanks, and every run of blanks closes up to one
+// blank (a trailing blank stays). False when the line has no keyword or no
+// colon. strHead keeps its storage, so a caller that passes the same string
+// for every line allocates nothing for the head.
+bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead);
 
 // The header list that a keyword names, compared without regard to case:
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.

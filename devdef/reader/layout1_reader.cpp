@@ -7,8 +7,9 @@
 int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                          const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  CString head;
-  if (!DevdefSplitDefinitionLine(strLine, def, head)) return 0;
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head)) return 0;
   const char* text = head;
 
   int number = 0;
@@ -53,8 +54,8 @@ int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posMan
   return 1;
 }
 
-int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                       CString& strToken, unsigned char& cCurrent, int& nLineState) {
+int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                       unsigned char& cCurrent, int& nLineState) {
   if (!strToken.IsEmpty() || posKind != nullptr || posManuf != nullptr || posDevice != nullptr) return 0;
   const DWORD savedPos = m_nBufPos;
   const unsigned char savedCurrent = cCurrent;

@@ -7,8 +7,9 @@
 int KCDeviceDefCtrlV2::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                            const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  CString head;
-  if (!DevdefSplitDefinitionLine(strLine, def, head)) return 0;
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head)) return 0;
   const char* text = head;
 
   // Id, package and module, each with a blank behind it.

@@ -16,9 +16,8 @@ enum FieldForm { kDecimal, kHex, kNumberList };
 
 // The fifteen fields of the head in file order: id, package list, module,
 // adapter list, then the eleven values.
-const FieldForm kFieldForms[15] = {kDecimal, kNumberList, kDecimal, kNumberList, kDecimal,
-                                   kDecimal, kDecimal,    kDecimal, kHex,        kHex,
-                                   kDecimal, kDecimal,    kHex,     kDecimal,    kHex};
+const FieldForm kFieldForms[15] = {kDecimal, kNumberList, kDecimal, kNumberList, kDecimal, kDecimal, kDecimal, kDecimal,
+                                   kHex,     kHex,        kDecimal, kDecimal,    kHex,     kDecimal, kHex};
 
 }  // namespace
 
@@ -28,15 +27,15 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
   DEVICE_KVRXDEF_ITEM def;
   def.m_MarkFlags = device.m_DeviceFlags;
 
-  CString line = strLine;
-  if (!line.IsEmpty()) {
+  // The line without its mark byte, if it has one.
+  const char* line = strLine;
+  int length = strLine.GetLength();
+  if (length > 0) {
     const unsigned char first = static_cast<unsigned char>(line[0]);
-    if (first == 0xB0) {
-      line.Delete(0);
-      def.m_MarkFlags |= 1;
-    } else if (first == 0xDF) {
-      line.Delete(0);
-      def.m_MarkFlags |= 2;
+    if (first == 0xB0 || first == 0xDF) {
+      def.m_MarkFlags |= first == 0xB0 ? 1 : 2;
+      ++line;
+      --length;
     }
   }
 
@@ -46,8 +45,9 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
     }
     return 0;
   }
-  CString head;
-  if (!DevdefSplitDefinitionLine(line, def, head)) return 0;
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(line, length, def, head)) return 0;
 
   const char* cursor = head;
   int value = 0;  // the next of the eleven values

@@ -21,10 +21,9 @@ bool IsVersionKeyword(const CString& strToken) {
 
 }  // namespace
 
-int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                        CString& strToken, unsigned char& cCurrent, int& nLineState) {
-  if (!strToken.IsEmpty() || posKind != nullptr || posManuf != nullptr || posDevice != nullptr ||
-      m_nFileLayout != -1) {
+int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                        unsigned char& cCurrent, int& nLineState) {
+  if (!strToken.IsEmpty() || posKind != nullptr || posManuf != nullptr || posDevice != nullptr || m_nFileLayout != -1) {
     return 0;
   }
   const BYTE* buffer = m_FileBuf.GetData();
@@ -91,8 +90,8 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strT
   return 1;
 }
 
-int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf, POSITION& posDevice,
-                                            CString& strToken, unsigned char& cCurrent, int& nLineState) {
+int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf, POSITION& posDevice, CString& strToken,
+                                            unsigned char& cCurrent, int& nLineState) {
   if (posKind == nullptr || posManuf == nullptr) return 0;
   const BYTE* buffer = m_FileBuf.GetData();
   for (;;) {
@@ -130,41 +129,76 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf,
   return 1;
 }
 
-int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                         CString& strToken, unsigned char& cCurrent, int& nLineState) {
+int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                         unsigned char& cCurrent, int& nLineState) {
   return RDF_ReadBlockLines(posKind, posManuf, posDevice, strToken, cCurrent, nLineState,
                             &KCDeviceDefCtrl::RDF_ReadKvrXDefLine);
 }
 
-int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                        CString& strToken, unsigned char& cCurrent, int& nLineState,
-                                        BlockLineReader pfnLine) {
+namespace {
+
+// The first line end ('\n' or '\r') at or behind nFrom, or nEnd.
+DWORD LineEndFrom(const BYTE* pBuffer, DWORD nFrom, DWORD nEnd) {
+  if (nFrom >= nEnd) return nEnd;
+  const BYTE* from = pBuffer + nFrom;
+  const size_t count = nEnd - nFrom;
+  const void* newline = std::memchr(from, '\n', count);
+  const size_t untilNewline =
+      newline != nullptr ? static_cast<size_t>(static_cast<const BYTE*>(newline) - from) : count;
+  const void* ret = std::memchr(from, '\r', untilNewline);
+  return nFrom +
+         static_cast<DWORD>(ret != nullptr ? static_cast<size_t>(static_cast<const BYTE*>(ret) - from) : untilNewline);
+}
+
+// Where the comment of the line [nFrom, nEnd) starts (its first ";"), or nEnd.
+DWORD CommentFrom(const BYTE* pBuffer, DWORD nFrom, DWORD nEnd) {
+  if (nFrom >= nEnd) return nEnd;
+  const void* semicolon = std::memchr(pBuffer + nFrom, ';', nEnd - nFrom);
+  return semicolon != nullptr ? static_cast<DWORD>(static_cast<const BYTE*>(semicolon) - pBuffer) : nEnd;
+}
+
+}  // namespace
+
+int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                        unsigned char& cCurrent, int& nLineState, BlockLineReader pfnLine) {
   if (posKind == nullptr || posManuf == nullptr || posDevice == nullptr) return 0;
+  // However the block ends, the device's definitions are all read: its array
+  // gives back the room that growing left over (a catalogue holds many
+  // devices with a few definitions each).
+  struct TrimOnExit {
+    CArray<DEVICE_KVRXDEF_ITEM, DEVICE_KVRXDEF_ITEM&>& defs;
+    ~TrimOnExit() {
+      try {
+        defs.FreeExtra();
+      } catch (...) {  // no memory for the smaller block: the array stays as it is
+      }
+    }
+  } trim{CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice).m_DefArray};
   const BYTE* buffer = m_FileBuf.GetData();
   bool braceSeen = false;
   for (;;) {
-    // Takes the line's bytes up to its line end; from the first ";" on none
-    // is kept.
-    strToken.Empty();
+    // Takes the line's bytes up to its line end, without white space at
+    // either end; from the first ";" on none is kept.
     const DWORD lineStart = m_nBufPos;
-    DWORD commentAt = m_nBufSize;
-    DWORD at = lineStart;
-    while (at < m_nBufSize && !IsLineEnd(buffer[at])) {
-      if (buffer[at] == ';' && commentAt == m_nBufSize) commentAt = at;
-      ++at;
-    }
-    const DWORD kept = (commentAt < at ? commentAt : at) - lineStart;
-    strToken.Append(reinterpret_cast<const char*>(buffer) + lineStart, static_cast<int>(kept));
+    const DWORD at = LineEndFrom(buffer, lineStart, m_nBufSize);
     if (at >= m_nBufSize) {
       // The buffer ends inside the line: the last byte looked at stays.
       if (at > lineStart) cCurrent = buffer[at - 1];
       m_nBufPos = m_nBufSize;
+      strToken.Empty();
+      strToken.Append(reinterpret_cast<const char*>(buffer) + lineStart,
+                      static_cast<int>(CommentFrom(buffer, lineStart, at) - lineStart));
       return 0;
     }
     cCurrent = buffer[at];
     m_nBufPos = at + 1;
     const DWORD lineEnd = at;
-    strToken.Trim();
+    DWORD first = lineStart;
+    DWORD last = CommentFrom(buffer, lineStart, at);
+    while (first < last && DevdefIsSpace(buffer[first])) ++first;
+    while (last > first && DevdefIsSpace(buffer[last - 1])) --last;
+    strToken.Empty();
+    strToken.Append(reinterpret_cast<const char*>(buffer) + first, static_cast<int>(last - first));
     if (strToken.IsEmpty()) continue;
     if (!braceSeen) {
       if (strToken[0] != '{') return 0;
