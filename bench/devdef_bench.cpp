@@ -92,6 +92,8 @@ void BM_ReadDefFile(benchmark::State& state) {
 BENCHMARK(BM_ReadDefFile)
     ->ArgNames({"layout", "MB", "check"})
     ->ArgsProduct({{1, 2, 7}, {1, 10, 50}, {0, 1}})
+    ->Args({7, 100, 0})
+    ->Args({7, 100, 1})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
