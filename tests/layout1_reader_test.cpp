@@ -169,10 +169,25 @@ TEST(DuplicateIds, CheckedAgainstTheWholeCatalogue) {
   EXPECT_EQ(boxes.Boxes()[2].text, "Doppelte device id gefunden:\n<7>");
   EXPECT_EQ(ctrl.getNextDeviceID(), 0);  // the id 0xFFFFFFFF wraps the next id
 
+  // Thousands of ids, sequential, strided and at both ends of the range:
+  // only the repeated ones are reported, whatever the table has grown to.
+  TestCtrl many("", 5, 1);
+  std::string lines;
+  for (unsigned i = 0; i < 3000; ++i) {
+    const unsigned id = i % 3 == 0 ? 100000 + i : (i % 3 == 1 ? i << 16 : 0xFFFFFFFFu - i);
+    lines += "KVR5DEF: " + std::to_string(static_cast<int>(id)) + " 0 0 0 0 :\r\n";
+  }
+  lines += "KVR5DEF: 65536 0 0 0 0 :\r\nKVR5DEF: -3 0 0 0 0 :\r\n";
+  ASSERT_EQ(ReadText(many, Block(lines)), 1);
+  ASSERT_EQ(boxes.Boxes().size(), 5u);
+  EXPECT_EQ(boxes.Boxes()[3].text, "Doppelte device id gefunden:\n<65536>");
+  EXPECT_EQ(boxes.Boxes()[4].text, "Doppelte device id gefunden:\n<-3>");
+  many.RemoveDefLists();
+
   // Without the check: no message, and the next id stays 0.
   TestCtrl quiet("", 5, 0);
   ASSERT_EQ(ReadText(quiet, Block("KVR5DEF: 5 0 0 0 0 :a\r\nKVR5DEF: 5 0 0 0 0 :b\r\n")), 1);
-  EXPECT_EQ(boxes.Boxes().size(), 3u);
+  EXPECT_EQ(boxes.Boxes().size(), 5u);
   EXPECT_EQ(quiet.getNextDeviceID(), 0);
   EXPECT_EQ(DeviceNamed(quiet, "D")->m_DefArray.GetSize(), 2);
 }
