@@ -96,6 +96,9 @@ TEST(Writer, Layout7Line) {
   ASSERT_NE(device, nullptr);
   DEVICE_KVRXDEF_ITEM def = Def(4, 120, {7, 9}, "ABC");
   for (int i = 0; i < 11; ++i) def.m_DefValues[i] = static_cast<DWORD>(i + 1);
+  def.m_DefValues[0] = 1234567890;
+  def.m_DefValues[4] = 0xABCDEF0;
+  def.m_DefValues[6] = 0x80000000u;  // the most negative int
   def.m_PackageIds.Add(5);  // only the first package number is written
   device->AddDevice(4, def);
   DEVICE_KVRXDEF_ITEM negative = Def(5, 1, {}, "");
@@ -105,7 +108,7 @@ TEST(Writer, Layout7Line) {
   EXPECT_EQ(Written(ctrl),
             "DEF_LAYOUT_VERSION = 7 \r\nHOUSING_LIST P0, P1;\r\nADAPTER_LIST ;\r\nMODUL_LIST ;\r\n\r\n"
             "K:\r\n\r\n:M\r\n\r\nD\r\n{\r\n"
-            "KVR4DEF: 120 4 0 7,9 1 2 3 4 5 6 7 8 9 10  11 : ABC\r\n"
+            "KVR4DEF: 120 4 0 7,9 1234567890 2 3 4 ABCDEF0 6 -2147483648 8 9 10  11 : ABC\r\n"
             "KVR5DEF: 1 4 0  -1 -1 -1 -1 FFFFFFFF FFFFFFFF -1 -1 FFFFFFFF -1  -1 : \r\n"
             "}\r\n\r\n");
 }

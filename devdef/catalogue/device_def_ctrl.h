@@ -84,14 +84,15 @@ class DEVDEF_API KCDeviceDefCtrl : public cAbstractDeviceDefCtrl {
   int RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
                          unsigned char& cCurrent, int& nLineState, BlockLineReader pfnLine);
 
-  // Writes one definition line; false stops the writing.
-  typedef bool (KCDeviceDefCtrl::*DefinitionLineWriter)(CFile& file, DEVICE_KVRXDEF_ITEM& def);
+  // Writes one definition line, built in strLine (a buffer the walk keeps for
+  // all lines so that its storage is reused); false stops the writing.
+  typedef bool (KCDeviceDefCtrl::*DefinitionLineWriter)(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine);
   // Writes the version line with nVersion, the header lists and the tree,
   // each definition through pfnLine. 1 when all was written, 0 when the
   // archive has no file or pfnLine stopped.
   int WDF_WriteCatalogue(CArchive& ar, int nVersion, DefinitionLineWriter pfnLine);
   // The layout 1 definition line, also written for layout 2.
-  bool WDF_WriteLayout1Line(CFile& file, DEVICE_KVRXDEF_ITEM& def);
+  bool WDF_WriteLayout1Line(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine);
 
   // The duplicate-id check that every definition reader runs before it adds
   // a definition with this id (only while m_bCheckIds is non-zero).

@@ -22,7 +22,7 @@ class DEVDEF_API KCDeviceDefCtrlV2 : public KCDeviceDefCtrl {
   int RDF_ReadKvrXDefLine(POSITION posKind, POSITION posManuf, POSITION posDevice, const CString& strLine) override;
 
  private:
-  bool WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM& def);
+  bool WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine);
 };
 
 #endif  // DEVDEF_CATALOGUE_DEVICE_DEF_CTRL_V2_H_

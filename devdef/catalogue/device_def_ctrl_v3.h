@@ -40,7 +40,7 @@ class DEVDEF_API KCDeviceDefCtrlV3 : public KCDeviceDefCtrlV2 {
   int RDF_BuildList(CStringArray* pList, CByteArray* pText);
 
  private:
-  bool WDF_WriteLayout7Line(CFile& file, DEVICE_KVRXDEF_ITEM& def);
+  bool WDF_WriteLayout7Line(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine);
   // One line of a device block: a housing line or a definition line.
   int RDF_ReadBlockLine(POSITION posKind, POSITION posManuf, POSITION posDevice, const CString& strLine);
 };

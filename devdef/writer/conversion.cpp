@@ -8,17 +8,20 @@ int KCDeviceDefCtrlV2::ConvertDefFileToVersion3(CArchive& ar) {
   return WDF_WriteCatalogue(ar, 3, static_cast<DefinitionLineWriter>(&KCDeviceDefCtrlV2::WDF_WriteConvertedLine));
 }
 
-bool KCDeviceDefCtrlV2::WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM& def) {
-  CString line;
-  DevdefAppendLineStart(line, def);
-  line.AppendFormat(" %d %d %d ", static_cast<int>(def.m_DefValues[0]), static_cast<int>(def.m_DefValues[1]),
-                    static_cast<int>(def.m_DefValues[2]));
+bool KCDeviceDefCtrlV2::WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine) {
+  strLine.Empty();
+  DevdefAppendLineStart(strLine, def);
+  for (int i = 0; i < 3; ++i) {
+    strLine += ' ';
+    DevdefAppendInt(strLine, static_cast<int>(def.m_DefValues[i]));
+  }
+  strLine += ' ';
   // The line so far is written before the scan, so a failed scan leaves it
   // in the file without a line end.
-  DevdefWritePiece(file, line);
+  DevdefWritePiece(file, strLine);
 
-  // The scan works on a copy: the catalogue's text stays as it is.
-  const CString text = def.m_DefLine;
+  // The scan only reads the text: the catalogue's text stays as it is.
+  const CString& text = def.m_DefLine;
   DWORD field1 = 0;
   WORD field2 = 0;
   WORD field3 = 0;
@@ -31,12 +34,22 @@ bool KCDeviceDefCtrlV2::WDF_WriteConvertedLine(CFile& file, DEVICE_KVRXDEF_ITEM&
                                    &field5, &field6, &field7);
   if (count != 7 || rest == nullptr) return false;
 
-  line.Format(" %d %d %X %d %d %X %d %d : ", static_cast<int>(field1), field2, field3, field4, field5, field6, field7,
-              0);
+  // " %d %d %X %d %d %X %d %d : " over the seven fields and a 0.
+  strLine.Empty();
+  const unsigned fields[8] = {field1, field2, field3, field4, field5, field6, field7, 0};
+  for (int i = 0; i < 8; ++i) {
+    strLine += ' ';
+    if (i == 2 || i == 5) {
+      DevdefAppendHex(strLine, fields[i]);
+    } else {
+      DevdefAppendInt(strLine, static_cast<int>(fields[i]));
+    }
+  }
+  strLine += " : ";
   // The rest runs to the end of the text, whatever bytes it holds.
   const int restStart = static_cast<int>(rest - static_cast<LPCTSTR>(text));
-  line += text.Mid(restStart);
-  line += "\r\n";
-  DevdefWritePiece(file, line);
+  strLine.Append(static_cast<LPCTSTR>(text) + restStart, text.GetLength() - restStart);
+  strLine += "\r\n";
+  DevdefWritePiece(file, strLine);
   return true;
 }

@@ -26,13 +26,15 @@ int KCDeviceDefCtrl::ConvertDefFileToVersion3(CArchive& /*ar*/) { return 0; }
 int KCDeviceDefCtrl::WDF_WriteCatalogue(CArchive& ar, int nVersion, DefinitionLineWriter pfnLine) {
   CFile* file = ar.GetFile();
   if (file == nullptr) return 0;
-  CString piece;
-  piece.Format("DEF_LAYOUT_VERSION = %d \r\n", nVersion);
+  CString piece = "DEF_LAYOUT_VERSION = ";
+  DevdefAppendInt(piece, nVersion);
+  piece += " \r\n";
   DevdefWritePiece(*file, piece);
   DevdefWritePiece(*file, HeaderLine("HOUSING_LIST ", DEVICE_ITEM::m_PackageList, ";\r\n"));
   DevdefWritePiece(*file, HeaderLine("ADAPTER_LIST ", DEVICE_ITEM::m_AdapterList, ";\r\n"));
   DevdefWritePiece(*file, HeaderLine("MODUL_LIST ", DEVICE_ITEM::m_ModulList, ";\r\n\r\n"));
 
+  CString line;  // the definition lines' buffer, reused from line to line
   POSITION posKind = m_DeviceList.GetHeadPosition();
   for (int k = 0; k < m_DeviceList.GetCount(); ++k) {
     TAG_KIND_OF_DEVICE& kind = m_DeviceList.GetNext(posKind);
@@ -46,10 +48,12 @@ int KCDeviceDefCtrl::WDF_WriteCatalogue(CArchive& ar, int nVersion, DefinitionLi
       POSITION posDevice = manuf.m_pDeviceList->GetHeadPosition();
       for (int d = 0; d < manuf.m_pDeviceList->GetCount(); ++d) {
         DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(posDevice);
-        DevdefWritePiece(*file, device.m_DeviceName + "\r\n{\r\n");
+        line = device.m_DeviceName;
+        line += "\r\n{\r\n";
+        DevdefWritePiece(*file, line);
         // Hidden definitions are written like all others.
         for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-          if (!(this->*pfnLine)(*file, device.m_DefArray[i])) return 0;
+          if (!(this->*pfnLine)(*file, device.m_DefArray[i], line)) return 0;
         }
         DevdefWritePiece(*file, "}\r\n\r\n");
       }
@@ -58,12 +62,14 @@ int KCDeviceDefCtrl::WDF_WriteCatalogue(CArchive& ar, int nVersion, DefinitionLi
   return 1;
 }
 
-bool KCDeviceDefCtrl::WDF_WriteLayout1Line(CFile& file, DEVICE_KVRXDEF_ITEM& def) {
-  CString line;
-  DevdefAppendLineStart(line, def);
-  line.AppendFormat(" %d : ", static_cast<int>(def.m_DefValues[2]));
-  line += def.m_DefLine;
-  line += "\r\n";
-  DevdefWritePiece(file, line);
+bool KCDeviceDefCtrl::WDF_WriteLayout1Line(CFile& file, DEVICE_KVRXDEF_ITEM& def, CString& strLine) {
+  strLine.Empty();
+  DevdefAppendLineStart(strLine, def);
+  strLine += ' ';
+  DevdefAppendInt(strLine, static_cast<int>(def.m_DefValues[2]));
+  strLine += " : ";
+  strLine += def.m_DefLine;
+  strLine += "\r\n";
+  DevdefWritePiece(file, strLine);
   return true;
 }

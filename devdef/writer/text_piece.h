@@ -9,6 +9,13 @@
 // Writes the piece to the file in one write of exactly its length.
 void DevdefWritePiece(CFile& file, const CString& strPiece);
 
+// Append a number exactly as "%d", "%u" and "%X" print it. The writers put
+// out a dozen numbers per line; going through a format for each costs more
+// than all the rest of the line.
+void DevdefAppendInt(CString& strLine, int nValue);
+void DevdefAppendUnsigned(CString& strLine, unsigned nValue);
+void DevdefAppendHex(CString& strLine, unsigned nValue);
+
 // Appends the keyword of the definition's generation ("KVR3DEF: " and so
 // on; nothing for a generation other than 3, 4 and 5), then the id, the
 // first package number and the module, each with a blank behind it, then
