@@ -102,6 +102,30 @@ TEST(CStringTest, AppendFormatCompare) {
   EXPECT_TRUE(CString("z") < CString("\xE4"));
   EXPECT_TRUE("x" == CString("x"));
   EXPECT_TRUE(CString("x") != "X");
+  EXPECT_FALSE(CString("a\0b", 3) == CString("a\0c", 3));  // compared over the whole length
+  EXPECT_TRUE(CString("ab") < CString("abc"));
+
+  // Pieces of a string's own text, appended while its block moves and
+  // assigned over it.
+  CString own("0123456789");
+  std::string model = "0123456789";
+  for (int i = 0; i < 5; ++i) {
+    own.Append(static_cast<LPCTSTR>(own) + 5, own.GetLength() - 5);
+    model += model.substr(5);
+  }
+  EXPECT_EQ(std::string(own), model);
+  own = static_cast<LPCTSTR>(own) + 3;
+  EXPECT_EQ(std::string(own), model.substr(3));
+  own.Empty();
+  EXPECT_STREQ(own, "");
+  CString buffer;
+  std::strcpy(buffer.GetBuffer(5), "hi");
+  buffer.ReleaseBuffer();
+  EXPECT_EQ(buffer.GetLength(), 2);
+  CString none;
+  none.ReleaseBuffer();
+  EXPECT_STREQ(none.GetBuffer(0), "");
+  EXPECT_TRUE(CString(CString()).IsEmpty());
 }
 
 TEST(Containers, ArraysGrowAndKeepTheirElements) {

@@ -1,12 +1,22 @@
 #include "devdef/platform/cstring.h"
 
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <string_view>
 
 #include "devdef/platform/crt.h"
 
 namespace {
+
+// The longest string: its block size must still fit an int.
+const int kMaxLength = INT_MAX - 64;
+// The first block made by appending has room for this many characters.
+const int kMinGrowth = 15;
 
 int Clamp(int value, int low, int high) {
   return value < low ? low : (value > high ? high : value);
@@ -16,61 +26,131 @@ bool InSet(TCHAR ch, LPCTSTR set) {
   return ch != '\0' && set != nullptr && std::strchr(set, ch) != nullptr;
 }
 
-void AppendV(std::string& out, LPCTSTR format, va_list args) {
-  va_list copy;
-  va_copy(copy, args);
-  char small[256];
-  const int needed = std::vsnprintf(small, sizeof small, format, copy);
-  va_end(copy);
-  if (needed < 0) return;
-  if (static_cast<size_t>(needed) < sizeof small) {
-    out.append(small, static_cast<size_t>(needed));
-    return;
-  }
-  const size_t start = out.size();
-  out.resize(start + static_cast<size_t>(needed) + 1);
-  std::vsnprintf(&out[start], static_cast<size_t>(needed) + 1, format, args);
-  out.resize(start + static_cast<size_t>(needed));
+// The length of a zero-terminated text as an int; longer texts are refused.
+int TextLength(LPCTSTR psz) {
+  const size_t length = std::strlen(psz);
+  if (length > static_cast<size_t>(kMaxLength)) throw std::length_error("CString: text too long");
+  return static_cast<int>(length);
+}
+
+// Whether p points into [pBegin, pEnd).
+bool Within(const char* p, const char* pBegin, const char* pEnd) {
+  const std::less<const char*> before;
+  return p != nullptr && pBegin != nullptr && !before(p, pBegin) && before(p, pEnd);
 }
 
 }  // namespace
 
-CString::CString(LPCTSTR psz) : m_str(psz != nullptr ? psz : "") {}
+void CString::Reserve(int nLength) {
+  if (nLength > kMaxLength || nLength < 0) throw std::length_error("CString: text too long");
+  const int length = GetLength();
+  if (m_pchData != nullptr && Header()->nAllocLength >= nLength) return;
+  void* block = ::operator new(sizeof(Data) + static_cast<size_t>(nLength) + 1);
+  Data* header = static_cast<Data*>(block);
+  header->nDataLength = length;
+  header->nAllocLength = nLength;
+  char* chars = reinterpret_cast<char*>(header + 1);
+  if (length > 0) std::memcpy(chars, m_pchData, static_cast<size_t>(length));
+  chars[length] = '\0';
+  Free();
+  m_pchData = chars;
+}
+
+void CString::Grow(int nLength) {
+  const int room = m_pchData != nullptr ? Header()->nAllocLength : 0;
+  if (room >= nLength) return;
+  int target = room < kMaxLength / 2 ? room * 2 : kMaxLength;
+  if (target < kMinGrowth) target = kMinGrowth;
+  Reserve(nLength > target ? nLength : target);
+}
+
+void CString::Free() {
+  if (m_pchData != nullptr) ::operator delete(Header());
+  m_pchData = nullptr;
+}
+
+void CString::Assign(LPCTSTR pch, int nLength) {
+  if (nLength <= 0) {
+    Empty();
+    return;
+  }
+  if (Within(pch, m_pchData, m_pchData + GetLength())) {
+    // A piece of this string: it moves to the front, the room stays.
+    std::memmove(m_pchData, pch, static_cast<size_t>(nLength));
+    SetLength(nLength);
+    return;
+  }
+  if (m_pchData == nullptr || Header()->nAllocLength < nLength) {
+    Free();
+    Reserve(nLength);
+  }
+  std::memcpy(m_pchData, pch, static_cast<size_t>(nLength));
+  SetLength(nLength);
+}
+
+CString::CString(const CString& other) { Assign(other.m_pchData, other.GetLength()); }
+
+CString::CString(LPCTSTR psz) {
+  if (psz != nullptr) Assign(psz, TextLength(psz));
+}
 
 CString::CString(LPCTSTR pch, int nLength) {
-  if (pch != nullptr && nLength > 0) m_str.assign(pch, static_cast<size_t>(nLength));
+  if (pch != nullptr && nLength > 0) Assign(pch, nLength);
 }
 
 CString::CString(TCHAR ch, int nRepeat) {
-  if (nRepeat > 0) m_str.assign(static_cast<size_t>(nRepeat), ch);
+  if (nRepeat <= 0) return;
+  Reserve(nRepeat);
+  std::memset(m_pchData, ch, static_cast<size_t>(nRepeat));
+  SetLength(nRepeat);
+}
+
+CString& CString::operator=(const CString& other) {
+  if (this != &other) Assign(other.m_pchData, other.GetLength());
+  return *this;
 }
 
 CString& CString::operator=(LPCTSTR psz) {
   if (psz == nullptr) {
-    m_str.clear();
+    Empty();
   } else {
-    m_str.assign(psz);
+    Assign(psz, TextLength(psz));
   }
   return *this;
 }
 
-CString& CString::operator+=(const CString& other) {
-  m_str += other.m_str;
+CString& CString::operator+=(LPCTSTR psz) {
+  if (psz != nullptr) Append(psz, TextLength(psz));
   return *this;
 }
 
-CString& CString::operator+=(LPCTSTR psz) {
-  if (psz != nullptr) m_str += psz;
+CString& CString::Append(LPCTSTR pch, int nLength) {
+  if (pch == nullptr || nLength <= 0) return *this;
+  const int length = GetLength();
+  if (nLength > kMaxLength - length) throw std::length_error("CString: text too long");
+  if (m_pchData == nullptr || Header()->nAllocLength - length < nLength) {
+    // The bytes may come from this string, whose block is about to move.
+    const bool own = Within(pch, m_pchData, m_pchData + length);
+    const ptrdiff_t offset = own ? pch - m_pchData : 0;
+    Grow(length + nLength);
+    if (own) pch = m_pchData + offset;
+  }
+  std::memmove(m_pchData + length, pch, static_cast<size_t>(nLength));
+  SetLength(length + nLength);
   return *this;
+}
+
+void CString::Preallocate(int nLength) {
+  if (nLength > 0) Reserve(nLength);
 }
 
 int CString::Compare(LPCTSTR psz) const {
-  return _mbscmp(reinterpret_cast<const unsigned char*>(m_str.c_str()),
+  return _mbscmp(reinterpret_cast<const unsigned char*>(static_cast<LPCTSTR>(*this)),
                  reinterpret_cast<const unsigned char*>(psz != nullptr ? psz : ""));
 }
 
 int CString::CompareNoCase(LPCTSTR psz) const {
-  return _mbsicmp(reinterpret_cast<const unsigned char*>(m_str.c_str()),
+  return _mbsicmp(reinterpret_cast<const unsigned char*>(static_cast<LPCTSTR>(*this)),
                   reinterpret_cast<const unsigned char*>(psz != nullptr ? psz : ""));
 }
 
@@ -80,34 +160,34 @@ CString CString::Mid(int nFirst, int nCount) const {
   const int length = GetLength();
   nFirst = Clamp(nFirst, 0, length);
   nCount = Clamp(nCount, 0, length - nFirst);
-  return CString(m_str.data() + nFirst, nCount);
+  return nCount > 0 ? CString(m_pchData + nFirst, nCount) : CString();
 }
 
-CString CString::Left(int nCount) const {
-  return CString(m_str.data(), Clamp(nCount, 0, GetLength()));
-}
+CString CString::Left(int nCount) const { return CString(m_pchData, Clamp(nCount, 0, GetLength())); }
 
 int CString::Find(TCHAR ch, int nStart) const {
   if (nStart < 0) nStart = 0;
   if (nStart >= GetLength()) return -1;
-  const size_t at = m_str.find(ch, static_cast<size_t>(nStart));
-  return at == std::string::npos ? -1 : static_cast<int>(at);
+  const void* at = std::memchr(m_pchData + nStart, ch, static_cast<size_t>(GetLength() - nStart));
+  return at != nullptr ? static_cast<int>(static_cast<const char*>(at) - m_pchData) : -1;
 }
 
 int CString::Find(LPCTSTR pszSub, int nStart) const {
   if (pszSub == nullptr) return -1;
   if (nStart < 0) nStart = 0;
   if (nStart > GetLength()) return -1;
-  const size_t at = m_str.find(pszSub, static_cast<size_t>(nStart));
-  return at == std::string::npos ? -1 : static_cast<int>(at);
+  const std::string_view text(static_cast<LPCTSTR>(*this), static_cast<size_t>(GetLength()));
+  const size_t at = text.find(pszSub, static_cast<size_t>(nStart));
+  return at == std::string_view::npos ? -1 : static_cast<int>(at);
 }
 
 int CString::Replace(TCHAR chOld, TCHAR chNew) {
-  int count = 0;
   if (chOld == chNew) return 0;
-  for (char& ch : m_str) {
-    if (ch == chOld) {
-      ch = chNew;
+  int count = 0;
+  const int length = GetLength();
+  for (int i = 0; i < length; ++i) {
+    if (m_pchData[i] == chOld) {
+      m_pchData[i] = chNew;
       ++count;
     }
   }
@@ -116,106 +196,162 @@ int CString::Replace(TCHAR chOld, TCHAR chNew) {
 
 int CString::Replace(LPCTSTR pszOld, LPCTSTR pszNew) {
   if (pszOld == nullptr || *pszOld == '\0') return 0;
-  const size_t oldLength = std::strlen(pszOld);
-  const std::string replacement(pszNew != nullptr ? pszNew : "");
-  size_t at = m_str.find(pszOld, 0, oldLength);
-  if (at == std::string::npos) return 0;
-  // One left-to-right pass over non-overlapping occurrences.
-  std::string out;
-  out.reserve(m_str.size());
+  const std::string_view text(static_cast<LPCTSTR>(*this), static_cast<size_t>(GetLength()));
+  const std::string_view old(pszOld);
+  size_t at = text.find(old);
+  if (at == std::string_view::npos) return 0;
+  const int newLength = pszNew != nullptr ? TextLength(pszNew) : 0;
+  // One left-to-right pass over non-overlapping occurrences, into a new
+  // string; pszNew may come from this one.
+  CString out;
+  out.Preallocate(GetLength());
   size_t from = 0;
   int count = 0;
-  while (at != std::string::npos) {
-    out.append(m_str, from, at - from);
-    out += replacement;
-    from = at + oldLength;
+  while (at != std::string_view::npos) {
+    out.Append(m_pchData + from, static_cast<int>(at - from));
+    out.Append(pszNew, newLength);
+    from = at + old.size();
     ++count;
-    at = m_str.find(pszOld, from, oldLength);
+    at = text.find(old, from);
   }
-  out.append(m_str, from, std::string::npos);
-  m_str.swap(out);
+  out.Append(m_pchData + from, static_cast<int>(text.size() - from));
+  *this = static_cast<CString&&>(out);
   return count;
 }
 
 int CString::Insert(int nIndex, TCHAR ch) {
   nIndex = Clamp(nIndex, 0, GetLength());
-  m_str.insert(static_cast<size_t>(nIndex), 1, ch);
+  *this = Left(nIndex) + CString(ch) + Mid(nIndex);
   return GetLength();
 }
 
 int CString::Insert(int nIndex, LPCTSTR psz) {
   nIndex = Clamp(nIndex, 0, GetLength());
-  if (psz != nullptr) m_str.insert(static_cast<size_t>(nIndex), psz);
+  if (psz != nullptr && *psz != '\0') *this = Left(nIndex) + CString(psz) + Mid(nIndex);
   return GetLength();
 }
 
 int CString::Delete(int nIndex, int nCount) {
-  nIndex = Clamp(nIndex, 0, GetLength());
-  nCount = Clamp(nCount, 0, GetLength() - nIndex);
-  m_str.erase(static_cast<size_t>(nIndex), static_cast<size_t>(nCount));
+  const int length = GetLength();
+  nIndex = Clamp(nIndex, 0, length);
+  nCount = Clamp(nCount, 0, length - nIndex);
+  if (nCount > 0) {
+    std::memmove(m_pchData + nIndex, m_pchData + nIndex + nCount, static_cast<size_t>(length - nIndex - nCount));
+    SetLength(length - nCount);
+  }
   return GetLength();
 }
 
 CString& CString::TrimLeft() {
-  size_t start = 0;
-  while (start < m_str.size() && DevdefIsSpace(static_cast<unsigned char>(m_str[start]))) ++start;
-  m_str.erase(0, start);
+  const int length = GetLength();
+  int start = 0;
+  while (start < length && DevdefIsSpace(static_cast<unsigned char>(m_pchData[start]))) ++start;
+  if (start > 0) Delete(0, start);
   return *this;
 }
 
 CString& CString::TrimRight() {
-  size_t end = m_str.size();
-  while (end > 0 && DevdefIsSpace(static_cast<unsigned char>(m_str[end - 1]))) --end;
-  m_str.resize(end);
+  int end = GetLength();
+  while (end > 0 && DevdefIsSpace(static_cast<unsigned char>(m_pchData[end - 1]))) --end;
+  if (end < GetLength()) SetLength(end);
   return *this;
 }
 
 CString& CString::TrimRight(LPCTSTR pszTargets) {
-  size_t end = m_str.size();
-  while (end > 0 && InSet(m_str[end - 1], pszTargets)) --end;
-  m_str.resize(end);
+  int end = GetLength();
+  while (end > 0 && InSet(m_pchData[end - 1], pszTargets)) --end;
+  if (end < GetLength()) SetLength(end);
   return *this;
 }
 
+namespace {
+
+// Formats into out, replacing its content when bAppend is false.
+void FormatV(CString& out, bool bAppend, LPCTSTR format, va_list args) {
+  va_list copy;
+  va_copy(copy, args);
+  char small[256];
+  const int needed = std::vsnprintf(small, sizeof small, format, copy);
+  va_end(copy);
+  if (needed < 0) {
+    if (!bAppend) out.Empty();
+    return;
+  }
+  if (static_cast<size_t>(needed) < sizeof small) {
+    if (!bAppend) out.Empty();
+    out.Append(small, needed);
+    return;
+  }
+  CString text;
+  LPTSTR buffer = text.GetBuffer(needed);
+  std::vsnprintf(buffer, static_cast<size_t>(needed) + 1, format, args);
+  text.ReleaseBuffer(needed);
+  if (bAppend) {
+    out += text;
+  } else {
+    out = static_cast<CString&&>(text);
+  }
+}
+
+}  // namespace
+
 void CString::Format(LPCTSTR pszFormat, ...) {
-  std::string out;
   va_list args;
   va_start(args, pszFormat);
-  AppendV(out, pszFormat, args);
+  FormatV(*this, false, pszFormat, args);
   va_end(args);
-  m_str.swap(out);
 }
 
 void CString::AppendFormat(LPCTSTR pszFormat, ...) {
   va_list args;
   va_start(args, pszFormat);
-  AppendV(m_str, pszFormat, args);
+  FormatV(*this, true, pszFormat, args);
   va_end(args);
 }
 
 LPTSTR CString::GetBuffer(int nMinBufLength) {
-  if (nMinBufLength > GetLength()) m_str.resize(static_cast<size_t>(nMinBufLength));
-  return &m_str[0];
+  const int length = GetLength();
+  // Even an empty string hands out a block of its own to write into.
+  Reserve(nMinBufLength > length ? nMinBufLength : length);
+  if (nMinBufLength > length) {
+    std::memset(m_pchData + length, 0, static_cast<size_t>(nMinBufLength - length));
+    SetLength(nMinBufLength);
+  }
+  return m_pchData;
 }
 
 void CString::ReleaseBuffer(int nNewLength) {
-  if (nNewLength < 0) nNewLength = static_cast<int>(std::strlen(m_str.c_str()));
-  m_str.resize(static_cast<size_t>(Clamp(nNewLength, 0, GetLength())));
+  if (m_pchData == nullptr) return;
+  const int length = GetLength();
+  if (nNewLength < 0) {
+    const void* zero = std::memchr(m_pchData, '\0', static_cast<size_t>(length));
+    nNewLength = zero != nullptr ? static_cast<int>(static_cast<const char*>(zero) - m_pchData) : length;
+  }
+  SetLength(Clamp(nNewLength, 0, length));
 }
 
-bool operator==(const CString& lhs, const CString& rhs) { return lhs.m_str == rhs.m_str; }
+bool operator==(const CString& lhs, const CString& rhs) {
+  const int length = lhs.GetLength();
+  return length == rhs.GetLength() &&
+         (length == 0 || std::memcmp(lhs.m_pchData, rhs.m_pchData, static_cast<size_t>(length)) == 0);
+}
 bool operator==(const CString& lhs, LPCTSTR rhs) { return lhs.Compare(rhs) == 0; }
 bool operator==(LPCTSTR lhs, const CString& rhs) { return rhs.Compare(lhs) == 0; }
 bool operator!=(const CString& lhs, const CString& rhs) { return !(lhs == rhs); }
 bool operator!=(const CString& lhs, LPCTSTR rhs) { return !(lhs == rhs); }
 bool operator!=(LPCTSTR lhs, const CString& rhs) { return !(lhs == rhs); }
-bool operator<(const CString& lhs, const CString& rhs) { return lhs.m_str < rhs.m_str; }
+bool operator<(const CString& lhs, const CString& rhs) {
+  const std::string_view a(lhs, static_cast<size_t>(lhs.GetLength()));
+  const std::string_view b(rhs, static_cast<size_t>(rhs.GetLength()));
+  return a < b;
+}
 
 CString operator+(const CString& lhs, const CString& rhs) {
   CString out;
-  out.m_str.reserve(lhs.m_str.size() + rhs.m_str.size());
-  out.m_str = lhs.m_str;
-  out.m_str += rhs.m_str;
+  const long long length = static_cast<long long>(lhs.GetLength()) + rhs.GetLength();
+  if (length <= kMaxLength) out.Preallocate(static_cast<int>(length));
+  out += lhs;
+  out += rhs;
   return out;
 }
 CString operator+(const CString& lhs, LPCTSTR rhs) { return lhs + CString(rhs); }

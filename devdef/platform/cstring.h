@@ -1,51 +1,62 @@
 // CString: the class library's byte string. It holds any bytes, NUL included,
 // and its own operations work over its whole length; reading it as LPCTSTR
 // gives the zero-terminated characters.
+//
+// A string is one pointer: null while it is empty and has no storage, else
+// the characters of a heap block that starts with the length and the room.
+// A catalogue holds two strings per definition, most of them empty.
 #ifndef DEVDEF_PLATFORM_CSTRING_H_
 #define DEVDEF_PLATFORM_CSTRING_H_
 
 #include "devdef/platform/export.h"
-
-#include <string>
 
 #include "devdef/platform/types.h"
 
 class DEVDEF_API CString {
  public:
   CString() = default;
-  CString(const CString& other) = default;
-  CString(CString&& other) noexcept = default;
+  CString(const CString& other);
+  CString(CString&& other) noexcept : m_pchData(other.m_pchData) { other.m_pchData = nullptr; }
   CString(LPCTSTR psz);  // NOLINT: implicit, as in the class library; null is empty
   CString(LPCTSTR pch, int nLength);
   explicit CString(TCHAR ch, int nRepeat = 1);
-  ~CString() = default;
+  ~CString() { Free(); }
 
-  CString& operator=(const CString& other) = default;
-  CString& operator=(CString&& other) noexcept = default;
+  CString& operator=(const CString& other);
+  CString& operator=(CString&& other) noexcept {
+    if (this != &other) {
+      Free();
+      m_pchData = other.m_pchData;
+      other.m_pchData = nullptr;
+    }
+    return *this;
+  }
   CString& operator=(LPCTSTR psz);
 
-  int GetLength() const { return static_cast<int>(m_str.size()); }
-  BOOL IsEmpty() const { return m_str.empty(); }
+  int GetLength() const { return m_pchData != nullptr ? Header()->nDataLength : 0; }
+  BOOL IsEmpty() const { return GetLength() == 0; }
   // Empties the string; the storage is kept for the next use.
-  void Empty() { m_str.clear(); }
+  void Empty() {
+    if (m_pchData != nullptr) SetLength(0);
+  }
 
-  TCHAR GetAt(int nIndex) const { return m_str[static_cast<size_t>(nIndex)]; }
+  TCHAR GetAt(int nIndex) const { return m_pchData[nIndex]; }
   TCHAR operator[](int nIndex) const { return GetAt(nIndex); }
-  void SetAt(int nIndex, TCHAR ch) { m_str[static_cast<size_t>(nIndex)] = ch; }
-  operator LPCTSTR() const { return m_str.c_str(); }  // NOLINT
+  void SetAt(int nIndex, TCHAR ch) { m_pchData[nIndex] = ch; }
+  operator LPCTSTR() const { return m_pchData != nullptr ? m_pchData : ""; }  // NOLINT
 
-  CString& operator+=(const CString& other);
+  CString& operator+=(const CString& other) { return Append(other.m_pchData, other.GetLength()); }
   CString& operator+=(LPCTSTR psz);  // a null pointer adds nothing
   CString& operator+=(TCHAR ch) {
-    m_str.push_back(ch);
+    const int length = GetLength();
+    if (m_pchData == nullptr || length == Header()->nAllocLength) Grow(length + 1);
+    m_pchData[length] = ch;
+    SetLength(length + 1);
     return *this;
   }
   CString& operator+=(unsigned char ch) { return *this += static_cast<TCHAR>(ch); }
   // Appends nLength bytes from pch.
-  CString& Append(LPCTSTR pch, int nLength) {
-    if (pch != nullptr && nLength > 0) m_str.append(pch, static_cast<size_t>(nLength));
-    return *this;
-  }
+  CString& Append(LPCTSTR pch, int nLength);
 
   // strcmp-style results: <0, 0, >0; the second folds ASCII case.
   int Compare(LPCTSTR psz) const;
@@ -70,7 +81,6 @@ class DEVDEF_API CString {
   CString& TrimRight(LPCTSTR pszTargets);
   CString& Trim() { return TrimRight().TrimLeft(); }
 
-
   void Format(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
   void AppendFormat(LPCTSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
 
@@ -81,14 +91,35 @@ class DEVDEF_API CString {
   void ReleaseBuffer(int nNewLength = -1);
 
   // Not in the class library: reserves room for appending without moving.
-  void Preallocate(int nLength) { m_str.reserve(static_cast<size_t>(nLength)); }
+  void Preallocate(int nLength);
 
  private:
+  // What a heap block holds in front of the characters.
+  struct Data {
+    int nDataLength;   // characters in use; a zero byte follows them
+    int nAllocLength;  // characters the block has room for, the zero not counted
+  };
+
+  Data* Header() const { return reinterpret_cast<Data*>(m_pchData) - 1; }
+  // Only with storage: sets the length and the zero behind it.
+  void SetLength(int nLength) {
+    Header()->nDataLength = nLength;
+    m_pchData[nLength] = '\0';
+  }
+  // Room for at least nLength characters, the content kept; the room at
+  // least doubles, so appending byte by byte stays linear.
+  void Grow(int nLength);
+  // Room for exactly nLength characters when there is less, content kept.
+  void Reserve(int nLength);
+  void Free();
+  // Replaces the content by nLength bytes from pch, which may lie inside it.
+  void Assign(LPCTSTR pch, int nLength);
+
   friend DEVDEF_API bool operator==(const CString& lhs, const CString& rhs);
   friend DEVDEF_API bool operator<(const CString& lhs, const CString& rhs);
   friend DEVDEF_API CString operator+(const CString& lhs, const CString& rhs);
 
-  std::string m_str;
+  char* m_pchData = nullptr;
 };
 
 DEVDEF_API bool operator==(const CString& lhs, const CString& rhs);
