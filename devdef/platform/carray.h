@@ -13,15 +13,28 @@
 #include "devdef/platform/types.h"
 
 // Where an array keeps its elements: on the heap, or, for numbers and
-// bytes, while they fit, in the room of the pointer itself.
+// bytes, while they fit, in the room of the pointer itself. That pointer is
+// kept as bytes, so an array of 16-bit numbers needs only 4-byte alignment
+// and the records that hold two of them pack tighter.
 template <class TYPE, int kInline>
-union DevdefArrayStorage {
-  TYPE* heap;
-  TYPE inl[kInline];
+struct DevdefArrayStorage {
+  DevdefArrayStorage() { SetHeap(nullptr); }
+  TYPE* Heap() const {
+    TYPE* heap;
+    std::memcpy(&heap, bytes, sizeof heap);
+    return heap;
+  }
+  void SetHeap(TYPE* heap) { std::memcpy(bytes, &heap, sizeof heap); }
+  TYPE* Inline() { return reinterpret_cast<TYPE*>(bytes); }
+
+  alignas(TYPE) unsigned char bytes[sizeof(TYPE*)];
 };
 template <class TYPE>
-union DevdefArrayStorage<TYPE, 0> {
-  TYPE* heap;
+struct DevdefArrayStorage<TYPE, 0> {
+  TYPE* Heap() const { return heap; }
+  void SetHeap(TYPE* p) { heap = p; }
+
+  TYPE* heap = nullptr;
 };
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
@@ -33,7 +46,7 @@ class CArray {
   // Takes over the other array's elements, leaving it empty.
   CArray(CArray&& other) noexcept
       : m_storage(other.m_storage), m_nSize(other.m_nSize), m_nMaxSize(other.m_nMaxSize), m_nGrowBy(other.m_nGrowBy) {
-    other.m_storage.heap = nullptr;
+    other.m_storage.SetHeap(nullptr);
     other.m_nSize = other.m_nMaxSize = 0;
   }
   ~CArray() { SetSize(0); }
@@ -86,14 +99,14 @@ class CArray {
   bool IsInline() const { return kInline > 0 && m_nMaxSize > 0 && m_nMaxSize <= kInline; }
   TYPE* Data() {
     if constexpr (kInline > 0) {
-      if (IsInline()) return m_storage.inl;
+      if (IsInline()) return m_storage.Inline();
     }
-    return m_storage.heap;
+    return m_storage.Heap();
   }
   const TYPE* Data() const { return const_cast<CArray*>(this)->Data(); }
   void Reallocate(int nNewMax);
 
-  DevdefArrayStorage<TYPE, kInline> m_storage{nullptr};
+  DevdefArrayStorage<TYPE, kInline> m_storage;
   int m_nSize = 0;
   int m_nMaxSize = 0;
   int m_nGrowBy = 0;
@@ -103,28 +116,28 @@ template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::Reallocate(int nNewMax) {
   // nNewMax is never below the size.
   if constexpr (std::is_trivially_copyable<TYPE>::value) {
-    const bool onHeap = !IsInline() && m_storage.heap != nullptr;
+    const bool onHeap = !IsInline() && m_storage.Heap() != nullptr;
     const size_t bytes = sizeof(TYPE) * static_cast<size_t>(m_nSize);
     if constexpr (kInline > 0) {
       if (nNewMax <= kInline) {
         TYPE saved[kInline > 0 ? kInline : 1];
         if (bytes > 0) std::memcpy(saved, Data(), bytes);
-        if (onHeap) ::operator delete(m_storage.heap);
+        if (onHeap) ::operator delete(m_storage.Heap());
         m_nMaxSize = nNewMax;
-        if (bytes > 0) std::memcpy(m_storage.inl, saved, bytes);
+        if (bytes > 0) std::memcpy(m_storage.Inline(), saved, bytes);
         return;
       }
     }
     // Numbers and bytes move as one block.
     TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
     if (bytes > 0) std::memcpy(data, Data(), bytes);
-    if (onHeap) ::operator delete(m_storage.heap);
-    m_storage.heap = data;
+    if (onHeap) ::operator delete(m_storage.Heap());
+    m_storage.SetHeap(data);
     m_nMaxSize = nNewMax;
     return;
   }
   TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
-  TYPE* old = m_storage.heap;
+  TYPE* old = m_storage.Heap();
   for (int i = 0; i < m_nSize; ++i) {
     if constexpr (std::is_nothrow_move_constructible<TYPE>::value) {
       ::new (static_cast<void*>(data + i)) TYPE(static_cast<TYPE&&>(old[i]));
@@ -134,7 +147,7 @@ void CArray<TYPE, ARG_TYPE>::Reallocate(int nNewMax) {
     old[i].~TYPE();
   }
   ::operator delete(old);
-  m_storage.heap = data;
+  m_storage.SetHeap(data);
   m_nMaxSize = nNewMax;
 }
 
@@ -144,14 +157,17 @@ void CArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
   if (nNewSize < 0) nNewSize = 0;
   if (nNewSize == 0) {
     if constexpr (!std::is_trivially_destructible<TYPE>::value) {
-      for (int i = 0; i < m_nSize; ++i) m_storage.heap[i].~TYPE();
+      for (int i = 0; i < m_nSize; ++i) m_storage.Heap()[i].~TYPE();
     }
-    if (!IsInline()) ::operator delete(m_storage.heap);
-    m_storage.heap = nullptr;
+    if (!IsInline()) ::operator delete(m_storage.Heap());
+    m_storage.SetHeap(nullptr);
     m_nSize = m_nMaxSize = 0;
     return;
   }
-  if (m_nMaxSize == 0) {
+  if (nNewSize <= kInline) {
+    // Short number lists take the whole inline room at once.
+    if (m_nMaxSize < kInline) Reallocate(kInline);
+  } else if (m_nMaxSize == 0) {
     // The first allocation holds exactly the size asked for.
     Reallocate(nNewSize);
   } else if (nNewSize > m_nMaxSize) {
