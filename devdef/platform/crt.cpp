@@ -30,16 +30,9 @@ const char* SkipSpaceAndSign(const char* p, bool* pNegative) {
   return p;
 }
 
-int HexDigit(unsigned char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 }  // namespace
 
-int DevdefScanDecimal(const char* pszText, int* pnValue) {
+int DevdefScanDecimalGeneral(const char* pszText, int* pnValue) {
   bool negative = false;
   const char* p = SkipSpaceAndSign(pszText, &negative);
   if (*p < '0' || *p > '9') return 0;
@@ -50,7 +43,7 @@ int DevdefScanDecimal(const char* pszText, int* pnValue) {
   return 1;
 }
 
-int DevdefScanHex(const char* pszText, unsigned int* pnValue) {
+int DevdefScanHexGeneral(const char* pszText, unsigned int* pnValue) {
   bool negative = false;
   const char* p = SkipSpaceAndSign(pszText, &negative);
   bool digits = false;
@@ -60,7 +53,7 @@ int DevdefScanHex(const char* pszText, unsigned int* pnValue) {
     p += 2;
   }
   unsigned int value = 0;
-  for (int d = HexDigit(static_cast<unsigned char>(*p)); d >= 0; d = HexDigit(static_cast<unsigned char>(*++p))) {
+  for (int d = DevdefHexDigit(static_cast<unsigned char>(*p)); d >= 0; d = DevdefHexDigit(static_cast<unsigned char>(*++p))) {
     value = value * 16u + static_cast<unsigned int>(d);
     digits = true;
   }

@@ -23,7 +23,40 @@ inline unsigned char DevdefToLower(unsigned char c) {
 // number, and the value wraps modulo 2^32 instead of overflowing. "%x" also
 // takes a leading 0x or 0X. Each returns 1 when a number was read, else 0,
 // and stores nothing on 0.
-DEVDEF_API int DevdefScanDecimal(const char* pszText, int* pnValue);
-DEVDEF_API int DevdefScanHex(const char* pszText, unsigned int* pnValue);
+//
+// Nearly every field of a definition line is a plain number right at the
+// cursor: that case is read here, everything else by the general scanners.
+DEVDEF_API int DevdefScanDecimalGeneral(const char* pszText, int* pnValue);
+DEVDEF_API int DevdefScanHexGeneral(const char* pszText, unsigned int* pnValue);
+
+inline int DevdefScanDecimal(const char* pszText, int* pnValue) {
+  const char* p = pszText;
+  if (static_cast<unsigned char>(*p - '0') > 9) return DevdefScanDecimalGeneral(pszText, pnValue);
+  unsigned int value = 0;
+  for (unsigned int digit; (digit = static_cast<unsigned char>(*p - '0')) <= 9; ++p) value = value * 10u + digit;
+  *pnValue = static_cast<int>(value);
+  return 1;
+}
+
+// The value of a hex digit, or -1.
+inline int DevdefHexDigit(unsigned char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+inline int DevdefScanHex(const char* pszText, unsigned int* pnValue) {
+  const char* p = pszText;
+  int digit = DevdefHexDigit(static_cast<unsigned char>(*p));
+  // No digit in front, or a "0x" prefix: the general scanner decides.
+  if (digit < 0 || (p[0] == '0' && (p[1] == 'x' || p[1] == 'X'))) return DevdefScanHexGeneral(pszText, pnValue);
+  unsigned int value = 0;
+  for (; digit >= 0; digit = DevdefHexDigit(static_cast<unsigned char>(*++p))) {
+    value = value * 16u + static_cast<unsigned int>(digit);
+  }
+  *pnValue = value;
+  return 1;
+}
 
 #endif  // DEVDEF_PLATFORM_CRT_H_

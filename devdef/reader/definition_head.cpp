@@ -5,28 +5,15 @@
 #include "devdef/catalogue/device_item.h"
 #include "devdef/platform/crt.h"
 
-namespace {
-
-// Whether [pBegin, pEnd) has neither a tab nor two blanks in a row.
-bool IsNormal(const char* pBegin, const char* pEnd) {
-  if (std::memchr(pBegin, '\t', static_cast<size_t>(pEnd - pBegin)) != nullptr) return false;
-  for (const char* p = pBegin; p < pEnd;) {
-    const char* blank = static_cast<const char*>(std::memchr(p, ' ', static_cast<size_t>(pEnd - p)));
-    if (blank == nullptr) return true;
-    if (blank + 1 < pEnd && blank[1] == ' ') return false;
-    p = blank + 1;
-  }
-  return true;
-}
-
-}  // namespace
-
 int DevdefDefinitionKeyword(const char* pszLine) {
-  static const char* const kKeywords[] = {"KVR3DEF:", "KVR4DEF:", "KVR5DEF:"};
-  for (int i = 0; i < 3; ++i) {
-    if (std::strncmp(pszLine, kKeywords[i], 8) == 0) return 3 + i;
-  }
-  return 0;
+  // Byte by byte, so the comparison stops at the first byte that differs and
+  // never reads past a line's terminating zero.
+  const char* p = pszLine;
+  if (p[0] != 'K' || p[1] != 'V' || p[2] != 'R') return 0;
+  const char generation = p[3];
+  if (generation < '3' || generation > '5') return 0;
+  if (p[4] != 'D' || p[5] != 'E' || p[6] != 'F' || p[7] != ':') return 0;
+  return generation - '0';
 }
 
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead) {
@@ -40,24 +27,17 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
 
   int in = 8;
   while (in < colon && DevdefIsSpace(static_cast<unsigned char>(pLine[in]))) ++in;
-  const char* from = pLine + in;
   const char* const end = pLine + colon;
   LPTSTR head = strHead.GetBuffer(colon - in);
   char* out = head;
-  if (IsNormal(from, end)) {
-    // Most heads are already normal: one copy.
-    std::memcpy(head, from, static_cast<size_t>(end - from));
-    out += end - from;
-  } else {
-    // The first byte kept is no blank, so a blank is dropped exactly when
-    // the byte kept before it is a blank.
-    char previous = '\0';
-    for (const char* p = from; p < end; ++p) {
-      const char c = *p == '\t' ? ' ' : *p;
-      if (c == ' ' && previous == ' ') continue;
-      *out++ = c;
-      previous = c;
-    }
+  // The first byte kept is no blank, so a blank is dropped exactly when the
+  // byte kept before it is a blank.
+  char previous = '\0';
+  for (const char* p = pLine + in; p < end; ++p) {
+    const char c = *p == '\t' ? ' ' : *p;
+    if (c == ' ' && previous == ' ') continue;
+    *out++ = c;
+    previous = c;
   }
   strHead.ReleaseBuffer(static_cast<int>(out - head));
   return true;

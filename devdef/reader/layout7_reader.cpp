@@ -74,8 +74,9 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
       def.m_DefValues[value++] = number;
     }
     if (field == 14) break;
-    cursor = std::strchr(cursor, ' ');
-    if (cursor == nullptr) return 0;
+    // On behind the next blank; the end of the head refuses the line.
+    while (*cursor != ' ' && *cursor != '\0') ++cursor;
+    if (*cursor == '\0') return 0;
     ++cursor;
   }
 
