@@ -2,6 +2,8 @@
 // check.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "devdef/devdef.h"
 #include "tests/test_support.h"
 
@@ -190,6 +192,37 @@ TEST(DuplicateIds, CheckedAgainstTheWholeCatalogue) {
   EXPECT_EQ(boxes.Boxes().size(), 5u);
   EXPECT_EQ(quiet.getNextDeviceID(), 0);
   EXPECT_EQ(DeviceNamed(quiet, "D")->m_DefArray.GetSize(), 2);
+}
+
+// Exactly the ids seen before are reported, however the ids move: rising,
+// falling below the first one, jumping far away, with 0 and the largest id.
+TEST(DuplicateIds, ReportedExactlyForEveryPatternOfIds) {
+  std::vector<std::vector<unsigned>> patterns(3);
+  for (unsigned i = 0; i < 3000; ++i) patterns[0].push_back(50000 + i);
+  for (unsigned i = 0; i < 3000; ++i) patterns[0].push_back(49999 - i);  // below the first id
+  for (unsigned i = 0; i < 6000; i += 7) patterns[0].push_back(47000 + i);  // all repeats
+  patterns[0].push_back(0);
+  for (unsigned i = 0; i < 2000; ++i) patterns[1].push_back((i * 2654435761u) ^ (i & 1 ? 0xFFFFFFFFu : 0));
+  for (unsigned i = 0; i < 2000; i += 3) patterns[1].push_back((i * 2654435761u) ^ (i & 1 ? 0xFFFFFFFFu : 0));
+  patterns[1].push_back(0);
+  patterns[1].push_back(0);
+  for (unsigned i = 0; i < 1500; ++i) patterns[2].push_back(i % 500 == 0 ? i << 20 : 7000 + i);
+  for (unsigned i = 0; i < 1500; i += 5) patterns[2].push_back(7000 + i);
+  for (const auto& ids : patterns) {
+    MessageCapture boxes;
+    TestCtrl ctrl("", 5, 1);
+    std::string lines;
+    std::set<unsigned> seen;
+    std::vector<std::string> expected;
+    for (unsigned id : ids) {
+      lines += "KVR5DEF: " + std::to_string(static_cast<int>(id)) + " 0 0 0 0 :\r\n";
+      if (!seen.insert(id).second) expected.push_back("Doppelte device id gefunden:\n<" + std::to_string(static_cast<int>(id)) + ">");
+    }
+    ASSERT_EQ(ReadText(ctrl, Block(lines)), 1);
+    std::vector<std::string> reported;
+    for (const auto& box : boxes.Boxes()) reported.push_back(box.text);
+    EXPECT_EQ(reported, expected);
+  }
 }
 
 }  // namespace

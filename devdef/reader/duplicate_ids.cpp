@@ -21,42 +21,6 @@ bool WalkDefinitions(CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds, Visi
 
 }  // namespace
 
-size_t DevdefIdIndex::SlotOf(DWORD nId) const {
-  // Ids of one file mostly follow each other, so runs of 16 ids keep their
-  // order in neighbouring slots (a cache line or two), while the runs are
-  // spread by Fibonacci hashing. The table size is a power of two.
-  const std::uint64_t run = static_cast<std::uint64_t>(nId >> 4) * 0x9E3779B97F4A7C15ull;
-  return static_cast<size_t>(((run >> 32) << 4) | (nId & 15u)) & (m_slots.size() - 1);
-}
-
-bool DevdefIdIndex::Contains(DWORD nId) const {
-  if (m_slots.empty()) return false;
-  for (size_t slot = SlotOf(nId);; slot = (slot + 1) & (m_slots.size() - 1)) {
-    if (m_slots[slot] == kEmpty) return false;
-    if (m_slots[slot] == nId) return true;
-  }
-}
-
-void DevdefIdIndex::Insert(DWORD nId) {
-  // At most half the slots are used, so a probe always ends at an empty one.
-  if ((m_nCount + 1) * 2 > m_slots.size()) Grow();
-  size_t slot = SlotOf(nId);
-  for (; m_slots[slot] != kEmpty; slot = (slot + 1) & (m_slots.size() - 1)) {
-    if (m_slots[slot] == nId) return;
-  }
-  m_slots[slot] = nId;
-  ++m_nCount;
-}
-
-void DevdefIdIndex::Grow() {
-  std::vector<std::uint64_t> old(m_slots.empty() ? 1024 : m_slots.size() * 2, kEmpty);
-  old.swap(m_slots);
-  m_nCount = 0;
-  for (std::uint64_t id : old) {
-    if (id != kEmpty) Insert(static_cast<DWORD>(id));
-  }
-}
-
 int KCDeviceDefCtrl::FindId(cAbstractDeviceDefCtrl& ctrl, unsigned long nId) {
   const DWORD id = static_cast<DWORD>(nId);
   return WalkDefinitions(ctrl.getDeviceList(), [id](DEVICE_KVRXDEF_ITEM& def) { return def.m_DefID == id; }) ? 1 : 0;
@@ -69,8 +33,7 @@ void KCDeviceDefCtrl::RDF_CheckDuplicateId(DWORD nId) {
     // During a read the index answers what FindId on this controller would:
     // it starts as the ids of the catalogue and gains each id checked here,
     // since the readers add the definition right after the check.
-    inUse = m_pIdIndex->Contains(nId);
-    m_pIdIndex->Insert(nId);
+    inUse = m_pIdIndex->Add(nId);
   } else {
     inUse = FindId(*this, nId) != 0;
   }
@@ -85,7 +48,7 @@ void KCDeviceDefCtrl::RDF_BeginIdIndex() {
   if (!m_bCheckIds) return;
   std::unique_ptr<DevdefIdIndex> index(new DevdefIdIndex);
   WalkDefinitions(getDeviceList(), [&index](DEVICE_KVRXDEF_ITEM& def) {
-    index->Insert(def.m_DefID);
+    index->Add(def.m_DefID);
     return false;
   });
   m_pIdIndex = std::move(index);

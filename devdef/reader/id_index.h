@@ -3,27 +3,41 @@
 #ifndef DEVDEF_READER_ID_INDEX_H_
 #define DEVDEF_READER_ID_INDEX_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "devdef/platform/types.h"
 
-// An open-addressing hash set of 32-bit ids in one flat table: no heap block
-// per id, and a look-up touches one or two neighbouring slots.
+// The ids of a file mostly follow each other, so the set starts as a bitmap
+// over the range of ids seen (a bit per id). When the ids spread so far that
+// the bitmap would take more than 8 bytes per id, it turns into an
+// open-addressing hash set of 32-bit ids in one flat table.
 class DevdefIdIndex {
  public:
-  bool Contains(DWORD nId) const;
-  void Insert(DWORD nId);
+  // Adds nId; returns whether it was in the set already.
+  bool Add(DWORD nId);
 
  private:
-  // A slot holds an id, or kEmpty, which no 32-bit id can be.
-  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  // The bitmap: bit (id - m_nBase) of the words; m_nBase is a multiple of 64.
+  bool AddToBitmap(DWORD nId);
+  // Widens the bitmap to hold nId, or returns false if that would make it
+  // too sparse.
+  bool WidenBitmap(DWORD nId);
+  void MoveToTable();
 
+  // The table: a slot holds an id or 0 (empty); the id 0 itself is kept
+  // aside in m_bHasZero. At most half the slots are used.
+  bool AddToTable(DWORD nId);
   size_t SlotOf(DWORD nId) const;
-  void Grow();
+  void GrowTable();
 
-  std::vector<std::uint64_t> m_slots;
-  size_t m_nCount = 0;
+  bool m_bBitmap = true;
+  std::uint64_t m_nBase = 0;
+  std::vector<std::uint64_t> m_bits;
+  std::vector<DWORD> m_slots;
+  bool m_bHasZero = false;
+  size_t m_nCount = 0;  // ids in the set
 };
 
 #endif  // DEVDEF_READER_ID_INDEX_H_
