@@ -75,6 +75,15 @@ TEST(Layout1Line, RefusedLines) {
   const char* const refused[] = {
       "kvr5def: 2 0 0 0 0 : lower case keyword",
       "KVR6DEF: 2 0 0 0 0 : unknown generation",
+      "KVR2DEF: 2 0 0 0 0 : generation below 3",
+      // The keyword must stand whole, byte by byte.
+      "KXR5DEF: 2 0 0 0 0 : x",
+      "KVX5DEF: 2 0 0 0 0 : x",
+      "KVR5XEF: 2 0 0 0 0 : x",
+      "KVR5DXF: 2 0 0 0 0 : x",
+      "KVR5DEX: 2 0 0 0 0 : x",
+      "KVR5DEF 2 0 0 0 0 : x",
+      "KVR5DEF: \t  : only white space in front of the colon",
       "\xB0KVR5DEF: 2 0 0 0 0 : a mark",
       "KVR5DEF: 2 0 0 0 0 no colon",
       "KVR5DEF: x 0 0 0 0 : no id",
@@ -208,6 +217,15 @@ TEST(DuplicateIds, ReportedExactlyForEveryPatternOfIds) {
   patterns[1].push_back(0);
   for (unsigned i = 0; i < 1500; ++i) patterns[2].push_back(i % 500 == 0 ? i << 20 : 7000 + i);
   for (unsigned i = 0; i < 1500; i += 5) patterns[2].push_back(7000 + i);
+  // One id a word of the bitmap, so that it soon cannot double; falling to
+  // 0; rising to the largest id.
+  patterns.resize(6);
+  for (unsigned i = 0; i < 3000; ++i) patterns[3].push_back(i * 64);
+  for (unsigned i = 0; i < 3000; i += 10) patterns[3].push_back(i * 64);
+  for (unsigned i = 0; i <= 5000; ++i) patterns[4].push_back(5000 - i);
+  for (unsigned i = 0; i <= 5000; i += 9) patterns[4].push_back(i);
+  for (unsigned i = 0; i < 4096; ++i) patterns[5].push_back(0xFFFFF000u + i);
+  patterns[5].push_back(0xFFFFFFFFu);
   for (const auto& ids : patterns) {
     MessageCapture boxes;
     TestCtrl ctrl("", 5, 1);

@@ -126,6 +126,25 @@ TEST(CStringTest, AppendFormatCompare) {
   none.ReleaseBuffer();
   EXPECT_STREQ(none.GetBuffer(0), "");
   EXPECT_TRUE(CString(CString()).IsEmpty());
+
+  // Empty strings, white space only, a string assigned to itself.
+  CString blank;
+  EXPECT_EQ(blank.Compare(""), 0);
+  EXPECT_EQ(blank.CompareNoCase(nullptr), 0);
+  EXPECT_TRUE(blank.TrimLeft().TrimRight().IsEmpty());
+  blank = " \t ";
+  EXPECT_TRUE(blank.Trim().IsEmpty());
+  EXPECT_EQ(CString('x', 0), "");
+  EXPECT_EQ(CString("ab").Insert(1, ""), 2);
+  CString self("self");
+  self = *&self;
+  EXPECT_EQ(self, "self");
+  EXPECT_FALSE(CString("a") == CString("ab"));
+  std::memcpy(self.GetBuffer(4), "full", 4);  // no zero byte in the buffer
+  self.ReleaseBuffer();
+  EXPECT_EQ(self, "full");
+  self.AppendFormat("%s", std::string(300, 'y').c_str());
+  EXPECT_EQ(self.GetLength(), 304);
 }
 
 TEST(Containers, ArraysGrowAndKeepTheirElements) {

@@ -1,5 +1,6 @@
 #include "devdef/platform/cstring.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
@@ -33,10 +34,10 @@ int TextLength(LPCTSTR psz) {
   return static_cast<int>(length);
 }
 
-// Whether p points into [pBegin, pEnd).
+// Whether p points into [pBegin, pEnd); an empty range holds nothing.
 bool Within(const char* p, const char* pBegin, const char* pEnd) {
   const std::less<const char*> before;
-  return p != nullptr && pBegin != nullptr && !before(p, pBegin) && before(p, pEnd);
+  return !before(p, pBegin) && before(p, pEnd);
 }
 
 }  // namespace
@@ -57,11 +58,9 @@ void CString::Reserve(int nLength) {
 }
 
 void CString::Grow(int nLength) {
-  const int room = m_pchData != nullptr ? Header()->nAllocLength : 0;
-  if (room >= nLength) return;
-  int target = room < kMaxLength / 2 ? room * 2 : kMaxLength;
-  if (target < kMinGrowth) target = kMinGrowth;
-  Reserve(nLength > target ? nLength : target);
+  const long long room = m_pchData != nullptr ? Header()->nAllocLength : 0;
+  const long long doubled = std::min<long long>(2 * room, kMaxLength);
+  Reserve(static_cast<int>(std::max<long long>({nLength, doubled, kMinGrowth})));
 }
 
 void CString::Free() {
@@ -271,12 +270,9 @@ void FormatV(CString& out, bool bAppend, LPCTSTR format, va_list args) {
   va_list copy;
   va_copy(copy, args);
   char small[256];
-  const int needed = std::vsnprintf(small, sizeof small, format, copy);
+  // A format the runtime cannot carry out gives no text.
+  const int needed = std::max(std::vsnprintf(small, sizeof small, format, copy), 0);
   va_end(copy);
-  if (needed < 0) {
-    if (!bAppend) out.Empty();
-    return;
-  }
   if (static_cast<size_t>(needed) < sizeof small) {
     if (!bAppend) out.Empty();
     out.Append(small, needed);
@@ -349,7 +345,7 @@ bool operator<(const CString& lhs, const CString& rhs) {
 CString operator+(const CString& lhs, const CString& rhs) {
   CString out;
   const long long length = static_cast<long long>(lhs.GetLength()) + rhs.GetLength();
-  if (length <= kMaxLength) out.Preallocate(static_cast<int>(length));
+  out.Preallocate(static_cast<int>(std::min<long long>(length, kMaxLength)));
   out += lhs;
   out += rhs;
   return out;
