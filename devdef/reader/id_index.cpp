@@ -1,5 +1,7 @@
 #include "devdef/reader/id_index.h"
 
+#include <algorithm>
+
 namespace {
 
 // A 32-bit id lies in one of 2^26 words of 64 bits.
@@ -34,17 +36,16 @@ bool DevdefIdIndex::WidenBitmap(DWORD nId) {
   const std::uint64_t baseWord = m_nBase >> 6;
   const std::uint64_t endWord = baseWord + size;
   // The tightest range that holds the id, and one at least twice as large
-  // (growing towards the id), so that ids that keep rising or falling widen
+  // (grown towards the id), so that ids that keep rising or falling widen
   // the bitmap only now and then.
-  std::uint64_t lo = size == 0 ? idWord : (idWord < baseWord ? idWord : baseWord);
-  std::uint64_t hi = size == 0 ? idWord + 1 : (idWord >= endWord ? idWord + 1 : endWord);
+  std::uint64_t lo = size == 0 ? idWord : std::min(idWord, baseWord);
+  std::uint64_t hi = size == 0 ? idWord + 1 : std::max(idWord + 1, endWord);
   std::uint64_t roomyLo = lo;
   std::uint64_t roomyHi = hi;
-  if (idWord < baseWord) {
-    roomyLo = baseWord > size ? (baseWord - size < lo ? baseWord - size : lo) : 0;
+  if (size > 0 && idWord < baseWord) {
+    roomyLo = std::min(lo, baseWord - std::min(baseWord, size));
   } else if (size > 0) {
-    roomyHi = endWord + size > hi ? endWord + size : hi;
-    if (roomyHi > kWordLimit) roomyHi = kWordLimit;
+    roomyHi = std::min(std::max(hi, endWord + size), kWordLimit);
   }
   const std::uint64_t allowed = m_nCount + 1 + kFreeWords;
   if (roomyHi - roomyLo <= allowed) {
@@ -103,13 +104,9 @@ bool DevdefIdIndex::AddToTable(DWORD nId) {
 void DevdefIdIndex::GrowTable() {
   std::vector<DWORD> old(m_slots.empty() ? 1024 : m_slots.size() * 2, 0);
   old.swap(m_slots);
+  // The ids go in again; the doubled table never grows on the way.
+  m_nCount = m_bHasZero ? 1 : 0;
   for (DWORD id : old) {
-    if (id == 0) continue;
-    for (size_t slot = SlotOf(id);; slot = (slot + 1) & (m_slots.size() - 1)) {
-      if (m_slots[slot] == 0) {
-        m_slots[slot] = id;
-        break;
-      }
-    }
+    if (id != 0) AddToTable(id);
   }
 }
