@@ -1,0 +1,236 @@
+#include "tools/analysis/analysis.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include "tools/analysis/catalogue_checks.h"
+#include "tools/analysis/observing_ctrl.h"
+#include "tools/analysis/read_replay.h"
+
+namespace {
+
+bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
+
+// The whole file, or false with the reason.
+bool ReadBytes(const std::string& path, std::string& bytes, std::string& error) {
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) {
+    error = "cannot open '" + path + "': " + std::strerror(errno);
+    return false;
+  }
+  char block[65536];
+  size_t got = 0;
+  while ((got = std::fread(block, 1, sizeof block, file)) > 0) {
+    bytes.append(block, got);
+    if (bytes.size() > static_cast<size_t>(INT_MAX) - 1) break;
+  }
+  const bool failed = std::ferror(file) != 0;
+  const int readErrno = errno;
+  std::fclose(file);
+  if (failed) {
+    error = "cannot read '" + path + "': " + std::strerror(readErrno);
+    return false;
+  }
+  if (bytes.size() > static_cast<size_t>(INT_MAX) - 1) {
+    error = "cannot read '" + path + "': files of 2 GiB and more are not read";
+    return false;
+  }
+  return true;
+}
+
+// The layout of the first version line the reader would take, or -1: the
+// first line that is no comment, opens with the keyword in any case, has a
+// line end and a number behind its first "=".
+int DeclaredLayout(const std::string& bytes) {
+  size_t start = 0;
+  while (start < bytes.size()) {
+    size_t end = start;
+    while (end < bytes.size() && !IsLineEnd(bytes[end])) ++end;
+    if (end >= bytes.size()) return -1;
+    const char first = bytes[start];
+    if (end > start && first != ';' && first != '/' && end - start >= 18) {
+      bool keyword = true;
+      for (size_t i = 0; i < 18 && keyword; ++i) {
+        keyword = DevdefToLower(static_cast<unsigned char>(bytes[start + i])) ==
+                  static_cast<unsigned char>("def_layout_version"[i]);
+      }
+      const size_t equals = bytes.find('=', start);
+      int number = 0;
+      if (keyword && equals < end &&
+          DevdefScanDecimal(bytes.substr(equals + 1, end - equals - 1).c_str(), &number) == 1) {
+        return number;
+      }
+    }
+    start = end + 1;
+  }
+  return -1;
+}
+
+}  // namespace
+
+// Fills an Analysis from a read and its replay.
+class AnalysisBuilder {
+ public:
+  AnalysisBuilder(Analysis& analysis, ReadReplay& replay) : m_a(analysis), m_replay(replay) {}
+
+  void TakePlaces() {
+    if (m_replay.VersionFound()) {
+      m_a.m_hasVersion = true;
+      m_a.m_version = Range(m_replay.VersionSpan());
+    }
+    const std::vector<MadeEntry>& kinds = m_replay.Kinds();
+    const std::vector<MadeEntry>& manufacturers = m_replay.Manufacturers();
+    CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = m_a.m_ctrl->getDeviceList();
+    if (static_cast<size_t>(list.GetCount()) != kinds.size()) m_a.m_exact = false;
+    size_t kindIndex = 0;
+    size_t manufIndex = 0;
+    for (POSITION k = list.GetHeadPosition(); k != nullptr && kindIndex < kinds.size(); ++kindIndex) {
+      const POSITION kindPos = k;
+      TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
+      m_a.m_kinds[kindPos] = Range(kinds[kindIndex].span);
+      m_names.push_back(NamePlace{&kind.m_Name, "kind", kinds[kindIndex].span});
+      if (kind.m_pManufList == nullptr) continue;
+      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+        const POSITION manufPos = m;
+        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
+        while (manufIndex < manufacturers.size() && manufacturers[manufIndex].kind < kindIndex) ++manufIndex;
+        if (manufIndex >= manufacturers.size() || manufacturers[manufIndex].kind != kindIndex) {
+          m_a.m_exact = false;
+          continue;
+        }
+        m_a.m_manufacturers[manufPos] = Range(manufacturers[manufIndex].span);
+        m_names.push_back(NamePlace{&manuf.m_Name, "manufacturer", manufacturers[manufIndex].span});
+        ++manufIndex;
+      }
+    }
+    for (auto& entry : m_replay.Devices()) {
+      DevicePlace& place = m_a.m_devices[entry.first];
+      place.name = Range(entry.second.name);
+      place.block = Range(entry.second.block);
+      place.definitions.reserve(entry.second.definitions.size());
+      for (const ByteSpan& span : entry.second.definitions) place.definitions.push_back(Range(span));
+    }
+    for (int i = 0; i < 3; ++i) {
+      for (const ByteSpan& span : m_replay.ListEntries(i)) m_a.m_lists[i].entries.push_back(Range(span));
+    }
+  }
+
+  void TakeFindings(int layout) {
+    std::vector<RawFinding>& raw = m_replay.Findings();
+    if (!m_replay.VersionFound()) {
+      size_t end = 0;
+      while (end < m_a.m_bytes.size() && !IsLineEnd(m_a.m_bytes[end])) ++end;
+      raw.push_back(RawFinding{"no-version", ByteSpan{0, end},
+                               "no version line \"DEF_LAYOUT_VERSION = N\" that the reader takes: it passes over "
+                               "every line of the file",
+                               {}});
+    }
+    std::vector<std::pair<DEVICE_ITEM*, int>> order = m_replay.DefinitionOrder();
+    for (const auto& entry : m_replay.Devices()) {
+      DEVICE_ITEM& device = const_cast<DEVICE_ITEM&>(*entry.first);
+      m_names.push_back(NamePlace{&device.m_DeviceName, "device", entry.second.name});
+      if (layout == 7 && device.m_DeviceFlags != 0) {
+        raw.push_back(RawFinding{"layout7-writer", entry.second.name,
+                                 "the mark in front of the device name is not written back", {}});
+      }
+    }
+    CheckNames(m_names, raw);
+    CheckDefinitions(order, m_replay.Devices(), layout, m_a.m_map, raw);
+
+    std::stable_sort(raw.begin(), raw.end(), [](const RawFinding& x, const RawFinding& y) {
+      return x.span.begin != y.span.begin ? x.span.begin < y.span.begin : x.span.end < y.span.end;
+    });
+    for (RawFinding& finding : raw) {
+      if (!m_a.m_findings.empty()) {
+        Finding& last = m_a.m_findings.back();
+        if (last.range.begin == finding.span.begin && last.range.end == finding.span.end &&
+            last.message == finding.message && std::strcmp(last.kind->id, finding.kind) == 0) {
+          ++last.count;
+          continue;
+        }
+      }
+      Finding out;
+      out.kind = FindFindingKind(finding.kind);
+      out.range = Range(finding.span);
+      out.message = std::move(finding.message);
+      for (RelatedSpan& related : finding.related) {
+        out.related.push_back(RelatedPlace{Range(related.span), std::move(related.message)});
+      }
+      m_a.m_findings.push_back(std::move(out));
+    }
+  }
+
+ private:
+  TextRange Range(ByteSpan span) const { return m_a.m_map.RangeOf(span.begin, span.end); }
+
+  Analysis& m_a;
+  ReadReplay& m_replay;
+  std::vector<NamePlace> m_names;
+};
+
+Analysis::Analysis() = default;
+Analysis::~Analysis() = default;
+
+std::unique_ptr<Analysis> Analysis::ReadFile(const std::string& path, const AnalysisOptions& options) {
+  std::unique_ptr<Analysis> analysis(new Analysis());
+  Analysis& a = *analysis;
+  a.m_path = path;
+  if (!ReadBytes(path, a.m_bytes, a.m_error)) return analysis;
+  a.m_map = SourceMap(a.m_bytes);
+  const int declared = DeclaredLayout(a.m_bytes);
+  a.m_layout = options.layout != 0 ? options.layout : declared;
+  const int controllerLayout = a.m_layout == 2 || a.m_layout == 7 ? a.m_layout : 1;
+
+  ReadReplay replay(a.m_bytes, a.m_map, controllerLayout);
+  const int checkIds = options.checkIds ? 1 : 0;
+  if (controllerLayout == 2) {
+    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV2>(replay, CString(""), options.generation, checkIds));
+  } else if (controllerLayout == 7) {
+    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV3>(replay, CString(""), options.generation, checkIds,
+                                                        static_cast<cKvr5CfgContent*>(nullptr)));
+  } else {
+    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrl>(replay, CString(""), options.generation, checkIds));
+  }
+  // The name lists belong to the whole process: this read starts them anew.
+  a.m_ctrl->RemoveDefLists();
+  a.m_read = a.m_ctrl->ReadDefFile(path.c_str(), false) != 0;
+  if (!a.m_read) {
+    if (declared != -1 && declared != controllerLayout) {
+      a.m_error = "'" + path + "' declares layout " + std::to_string(declared) + ", not layout " +
+                  std::to_string(controllerLayout);
+    } else {
+      a.m_error = "cannot read '" + path + "' as a definition file";
+    }
+    return analysis;
+  }
+  replay.Finish();
+  a.m_exact = replay.Consistent();
+  AnalysisBuilder builder(a, replay);
+  builder.TakePlaces();
+  builder.TakeFindings(controllerLayout);
+  return analysis;
+}
+
+const TextRange* Analysis::KindPlace(POSITION kind) const {
+  auto found = m_kinds.find(kind);
+  return found != m_kinds.end() ? &found->second : nullptr;
+}
+
+const TextRange* Analysis::ManufacturerPlace(POSITION manufacturer) const {
+  auto found = m_manufacturers.find(manufacturer);
+  return found != m_manufacturers.end() ? &found->second : nullptr;
+}
+
+const DevicePlace* Analysis::PlaceOf(const DEVICE_ITEM& device) const {
+  auto found = m_devices.find(&device);
+  return found != m_devices.end() ? &found->second : nullptr;
+}
+
+const TextRange* Analysis::DefinitionPlace(const DEVICE_ITEM& device, int index) const {
+  const DevicePlace* place = PlaceOf(device);
+  if (place == nullptr || index < 0 || static_cast<size_t>(index) >= place->definitions.size()) return nullptr;
+  return &place->definitions[static_cast<size_t>(index)];
+}
