@@ -1,0 +1,27 @@
+// Which kinds of finding "devdef check" reports: every kind, or those that
+// --select names, less those that --ignore names.
+#ifndef DEVDEF_TOOLS_DIAGNOSTICS_FINDING_FILTER_H_
+#define DEVDEF_TOOLS_DIAGNOSTICS_FINDING_FILTER_H_
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "tools/analysis/finding.h"
+
+class FindingFilter {
+ public:
+  // Admits the kinds with the ids of select (every kind when it names none)
+  // less those of ignore; empty ids are passed over. False, with a message
+  // that names the id and lists the valid ones in *error, when an id names
+  // no kind; the filter is then unchanged.
+  bool Configure(const std::vector<std::string>& select, const std::vector<std::string>& ignore, std::string* error);
+  // The findings of admitted kinds, in their order; each has its kind.
+  std::vector<const Finding*> Apply(const std::vector<Finding>& findings) const;
+
+ private:
+  bool m_all = true;                           // admits every kind
+  std::unordered_set<std::string> m_admitted;  // else the ids it admits
+};
+
+#endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDING_FILTER_H_

@@ -1,0 +1,52 @@
+#include "tools/diagnostics/findings_json.h"
+
+#include "tools/diagnostics/severity_summary.h"
+#include "tools/utf8_text.h"
+
+using nlohmann::json;
+
+namespace {
+
+// The range's fields, into object.
+void AddRange(json& object, const TextRange& range) {
+  object["line"] = range.start.line;
+  object["column"] = range.start.column;
+  object["end_line"] = range.stop.line;
+  object["end_column"] = range.stop.column;
+}
+
+}  // namespace
+
+json FindingsJson(const std::string& file, int layout, const std::vector<const Finding*>& findings) {
+  json list = json::array();
+  for (const Finding* finding : findings) {
+    json related = json::array();
+    for (const RelatedPlace& place : finding->related) {
+      json item = json::object();
+      AddRange(item, place.range);
+      item["message"] = ToUtf8(place.message);
+      related.push_back(std::move(item));
+    }
+    json item = json::object();
+    AddRange(item, finding->range);
+    item["severity"] = SeverityName(finding->kind->severity);
+    item["kind"] = finding->kind->id;
+    item["message"] = ToUtf8(finding->message);
+    item["count"] = finding->count;
+    item["related"] = std::move(related);
+    list.push_back(std::move(item));
+  }
+  const SeverityCounts counts = CountSeverities(findings);
+  return json{{"file", file},
+              {"layout", layout},
+              {"findings", std::move(list)},
+              {"summary", {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}}}};
+}
+
+json FindingKindsJson() {
+  json kinds = json::array();
+  for (const FindingKind& kind : AllFindingKinds()) {
+    kinds.push_back(json{{"id", kind.id}, {"severity", SeverityName(kind.severity)}, {"help", kind.help}});
+  }
+  return json{{"kinds", std::move(kinds)}};
+}

@@ -1,0 +1,18 @@
+// Findings in the form GCC and Clang print diagnostics, which editors,
+// quickfix lists and CI problem matchers read.
+#ifndef DEVDEF_TOOLS_DIAGNOSTICS_GCC_OUTPUT_H_
+#define DEVDEF_TOOLS_DIAGNOSTICS_GCC_OUTPUT_H_
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tools/analysis/finding.h"
+
+// Prints each finding (each with its kind) as
+// "FILE:LINE:COL: SEVERITY: MESSAGE [KIND]" and each of its related places
+// right below it as "FILE:LINE:COL: note: MESSAGE"; messages as UTF-8, file
+// as given.
+void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vector<const Finding*>& findings);
+
+#endif  // DEVDEF_TOOLS_DIAGNOSTICS_GCC_OUTPUT_H_
