@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "tools/catalogue_walk.h"
+#include "tools/utf8_text.h"
 
 using nlohmann::json;
 
@@ -25,39 +25,10 @@ json NameList(const CStringArray& list) {
   return names;
 }
 
-// The visible index of def in its device, or -1 when it is hidden.
-int VisibleIndex(DEVICE_ITEM& device, DEVICE_KVRXDEF_ITEM& def) {
-  if (def.IsHidden()) return -1;
-  int index = 0;
-  for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-    if (&device.m_DefArray[i] == &def) return index;
-    if (!device.m_DefArray[i].IsHidden()) ++index;
-  }
-  return -1;
-}
-
-}  // namespace
-
-std::string ToUtf8(const char* bytes, size_t length) {
-  std::string out;
-  out.reserve(length);
-  for (size_t i = 0; i < length; ++i) {
-    const unsigned char c = static_cast<unsigned char>(bytes[i]);
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
-  return out;
-}
-
-std::string ToUtf8(const CString& text) {
-  return ToUtf8(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength()));
-}
-
-json DefinitionJson(DEVICE_ITEM& device, DEVICE_KVRXDEF_ITEM& def) {
+// The definition at index, which is the visible-th visible one of its
+// device, or hidden when visible is -1.
+json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int visible) {
+  DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[index];
   json packages = json::array();
   for (int i = 0; i < def.m_PackageIds.GetSize(); ++i) {
     packages.push_back(Named(def.m_PackageIds[i], DEVICE_ITEM::GetPackageName(def.m_PackageIds[i])));
@@ -68,12 +39,12 @@ json DefinitionJson(DEVICE_ITEM& device, DEVICE_KVRXDEF_ITEM& def) {
   }
   json values = json::array();
   for (DWORD value : def.m_DefValues) values.push_back(static_cast<int>(value));
-  const int visible = VisibleIndex(device, def);
   json packageName = nullptr;
   if (visible >= 0) {
     const char* name = device.GetDevicePackage(visible);
     if (name != nullptr) packageName = ToUtf8(name, std::strlen(name));
   }
+  const TextRange* place = analysis.DefinitionPlace(device, index);
   return json{
       {"id", static_cast<unsigned>(def.m_DefID)},
       {"generation", static_cast<unsigned>(def.m_KvrType)},
@@ -86,22 +57,45 @@ json DefinitionJson(DEVICE_ITEM& device, DEVICE_KVRXDEF_ITEM& def) {
       {"values", values},
       {"text", ToUtf8(def.m_DefLine)},
       {"marks", Marks(def.m_MarkFlags)},
+      {"line", place != nullptr ? json(place->start.line) : json(nullptr)},
   };
 }
 
-json DeviceJson(TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
+}  // namespace
+
+json DeviceLine(const Analysis& analysis, const DEVICE_ITEM& device) {
+  const DevicePlace* place = analysis.PlaceOf(device);
+  return place != nullptr ? json(place->name.start.line) : json(nullptr);
+}
+
+json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index) {
+  int visible = -1;
+  if (!device.m_DefArray[index].IsHidden()) {
+    visible = 0;
+    for (int i = 0; i < index; ++i) {
+      if (!device.m_DefArray[i].IsHidden()) ++visible;
+    }
+  }
+  return DefinitionAt(analysis, device, index, visible);
+}
+
+json DeviceJson(const Analysis& analysis, TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
   json housings = json::array();
   for (int i = 0; i < device.m_HousingIds.GetSize(); ++i) {
     housings.push_back(Named(device.m_HousingIds[i], DEVICE_ITEM::GetPackageName(device.m_HousingIds[i])));
   }
   json definitions = json::array();
+  int visible = 0;
   for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-    definitions.push_back(DefinitionJson(device, device.m_DefArray[i]));
+    const bool hidden = device.m_DefArray[i].IsHidden();
+    definitions.push_back(DefinitionAt(analysis, device, i, hidden ? -1 : visible));
+    if (!hidden) ++visible;
   }
   return json{
       {"kind", ToUtf8(kind.m_Name)},
       {"manufacturer", ToUtf8(manuf.m_Name)},
       {"name", ToUtf8(device.m_DeviceName)},
+      {"line", DeviceLine(analysis, device)},
       {"marks", Marks(device.m_DeviceFlags)},
       {"housings", housings},
       {"visible_definitions", device.GetNumDevDefs()},
@@ -109,9 +103,9 @@ json DeviceJson(TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& 
   };
 }
 
-json TreeJson(KCDeviceDefCtrl& ctrl, int layout) {
+json TreeJson(Analysis& analysis) {
   json kinds = json::array();
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = ctrl.getDeviceList();
+  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = analysis.Controller().getDeviceList();
   for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
     TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
     json manufacturers = json::array();
@@ -121,7 +115,7 @@ json TreeJson(KCDeviceDefCtrl& ctrl, int layout) {
         json devices = json::array();
         if (manuf.m_pDeviceList != nullptr) {
           for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            devices.push_back(DeviceJson(kind, manuf, manuf.m_pDeviceList->GetNext(d)));
+            devices.push_back(DeviceJson(analysis, kind, manuf, manuf.m_pDeviceList->GetNext(d)));
           }
         }
         manufacturers.push_back(json{{"name", ToUtf8(manuf.m_Name)}, {"devices", devices}});
@@ -130,7 +124,7 @@ json TreeJson(KCDeviceDefCtrl& ctrl, int layout) {
     kinds.push_back(json{{"name", ToUtf8(kind.m_Name)}, {"manufacturers", manufacturers}});
   }
   return json{
-      {"layout", layout},
+      {"layout", analysis.Layout()},
       {"packages", NameList(DEVICE_ITEM::m_PackageList)},
       {"adapters", NameList(DEVICE_ITEM::m_AdapterList)},
       {"modules", NameList(DEVICE_ITEM::m_ModulList)},

@@ -31,10 +31,21 @@ std::string Marks(const json& marks) {
   return text;
 }
 
-void PrintDefinitionLine(std::FILE* out, const char* indent, const json& def) {
-  std::fprintf(out, "%sid %u  KVR%u%s  package %s  module %s  adapters %s\n", indent, def["id"].get<unsigned>(),
+// "line N" for a known line, empty for null.
+std::string LineText(const json& line) {
+  return line.is_number() ? "line " + std::to_string(line.get<long>()) : std::string();
+}
+
+// " (line N)" behind a name for a known line, empty for null.
+std::string LineInParens(const json& line) {
+  return line.is_number() ? " (" + LineText(line) + ")" : std::string();
+}
+
+void PrintDefinitionLine(std::FILE* out, const char* indent, const json& def, bool withLine) {
+  std::fprintf(out, "%sid %u  KVR%u%s  package %s  module %s  adapters %s%s\n", indent, def["id"].get<unsigned>(),
                def["generation"].get<unsigned>(), def["hidden"].get<bool>() ? "  (hidden)" : "",
-               NamedList(def["packages"]).c_str(), Named(def["module"]).c_str(), NamedList(def["adapters"]).c_str());
+               NamedList(def["packages"]).c_str(), Named(def["module"]).c_str(), NamedList(def["adapters"]).c_str(),
+               withLine && def["line"].is_number() ? ("  " + LineText(def["line"])).c_str() : "");
 }
 
 }  // namespace
@@ -49,7 +60,7 @@ void PrintTreeText(std::FILE* out, const json& tree) {
                      device["visible_definitions"].get<int>(), device["definitions"].size());
         for (const json& def : device["definitions"]) {
           if (def["hidden"].get<bool>()) continue;
-          PrintDefinitionLine(out, "      ", def);
+          PrintDefinitionLine(out, "      ", def, false);
           std::fprintf(out, "        text:%s\n", def["text"].get<std::string>().c_str());
         }
       }
@@ -66,7 +77,7 @@ void PrintListText(std::FILE* out, const json& devices) {
 }
 
 void PrintDeviceText(std::FILE* out, const json& device) {
-  std::fprintf(out, "device: %s\n", device["name"].get<std::string>().c_str());
+  std::fprintf(out, "device: %s%s\n", device["name"].get<std::string>().c_str(), LineInParens(device["line"]).c_str());
   std::fprintf(out, "kind: %s\n", device["kind"].get<std::string>().c_str());
   std::fprintf(out, "manufacturer: %s\n", device["manufacturer"].get<std::string>().c_str());
   if (!device["marks"].empty()) std::fprintf(out, "marks: %s\n", Marks(device["marks"]).c_str());
@@ -74,7 +85,7 @@ void PrintDeviceText(std::FILE* out, const json& device) {
   std::fprintf(out, "definitions: %zu, %d visible\n", device["definitions"].size(),
                device["visible_definitions"].get<int>());
   for (const json& def : device["definitions"]) {
-    PrintDefinitionLine(out, "  ", def);
+    PrintDefinitionLine(out, "  ", def, true);
     if (!def["package_name"].is_null()) {
       std::fprintf(out, "    package name: %s\n", def["package_name"].get<std::string>().c_str());
     }
@@ -88,9 +99,10 @@ void PrintFoundText(std::FILE* out, const json& found) {
   const json& def = found["definition"];
   std::fprintf(out, "kind: %s\n", found["kind"].get<std::string>().c_str());
   std::fprintf(out, "manufacturer: %s\n", found["manufacturer"].get<std::string>().c_str());
-  std::fprintf(out, "device: %s\n", found["device"].get<std::string>().c_str());
+  std::fprintf(out, "device: %s%s\n", found["device"].get<std::string>().c_str(),
+               LineInParens(found["device_line"]).c_str());
   std::fprintf(out, "visible index: %d\n", def["visible_index"].get<int>());
-  std::fprintf(out, "id: %u\n", def["id"].get<unsigned>());
+  std::fprintf(out, "id: %u%s\n", def["id"].get<unsigned>(), LineInParens(def["line"]).c_str());
   std::fprintf(out, "generation: %u\n", def["generation"].get<unsigned>());
   std::fprintf(out, "package: %s\n", def["package_name"].is_null() ? "" : def["package_name"].get<std::string>().c_str());
   std::fprintf(out, "package numbers: %s\n", NamedList(def["packages"]).c_str());

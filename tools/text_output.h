@@ -9,9 +9,10 @@
 void PrintTreeText(std::FILE* out, const nlohmann::json& tree);
 // One line per device: "kind / manufacturer / device (N visible)".
 void PrintListText(std::FILE* out, const nlohmann::json& devices);
-// Everything about one device, hidden definitions marked.
+// Everything about one device, hidden definitions marked, with the lines of
+// the device and its definitions where they are known.
 void PrintDeviceText(std::FILE* out, const nlohmann::json& device);
-// Where a found definition stands, and its fields.
+// Where a found definition stands (its lines where known), and its fields.
 void PrintFoundText(std::FILE* out, const nlohmann::json& found);
 
 #endif  // DEVDEF_TOOLS_TEXT_OUTPUT_H_

@@ -1,0 +1,95 @@
+// devdef check: the findings of the analysis as compiler diagnostics, JSON
+// or SARIF, with an exit status for CI.
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/commands/command.h"
+#include "tools/diagnostics/finding_filter.h"
+#include "tools/diagnostics/findings_json.h"
+#include "tools/diagnostics/gcc_output.h"
+#include "tools/diagnostics/sarif_output.h"
+#include "tools/diagnostics/severity_summary.h"
+
+namespace {
+
+struct CheckArguments : CommonArguments {
+  std::string format = "text";
+  std::string failOn = "warning";
+  std::vector<std::string> select;
+  std::vector<std::string> ignore;
+  bool listKinds = false;
+};
+
+// Every kind with its severity and help, one line each, or as JSON.
+int ListKinds(bool json) {
+  if (json) {
+    PrintJson(FindingKindsJson());
+    return kExitSuccess;
+  }
+  for (const FindingKind& kind : AllFindingKinds()) {
+    std::printf("%-16s %-8s %s\n", kind.id, SeverityName(kind.severity), kind.help);
+  }
+  return kExitSuccess;
+}
+
+int RunCheck(const CheckArguments& args) {
+  const bool json = args.json || args.format == "json";
+  if (args.listKinds) return ListKinds(json);
+  FindingFilter filter;
+  std::string error;
+  if (!filter.Configure(args.select, args.ignore, &error)) {
+    std::fprintf(stderr, "devdef: %s\n", error.c_str());
+    return kExitFileError;
+  }
+  Severity failOn = Severity::kWarning;
+  ParseSeverity(args.failOn, &failOn);
+  std::unique_ptr<Analysis> analysis = ReadForCommand(args);
+  if (analysis == nullptr) return kExitFileError;
+  const std::vector<const Finding*> findings = filter.Apply(analysis->Findings());
+  const SeverityCounts counts = CountSeverities(findings);
+  if (json) {
+    PrintJson(FindingsJson(args.file, analysis->Layout(), findings));
+  } else if (args.format == "sarif") {
+    PrintJson(SarifLog(args.file, findings));
+  } else {
+    PrintGccDiagnostics(stdout, args.file, findings);
+    std::fflush(stdout);
+    if (!findings.empty()) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
+  }
+  return ReachesSeverity(counts, failOn) ? kExitNotFound : kExitSuccess;
+}
+
+}  // namespace
+
+Command AddCheckCommand(CLI::App& app) {
+  auto args = std::make_shared<CheckArguments>();
+  CLI::App* command = app.add_subcommand(
+      "check", "report, as a compiler does, what the reader refused, dropped or read differently from what the "
+               "file looks like, and what a write will not keep; exit status 1 when a finding reaches --fail-on");
+  CLI::Option* file = AddCommonOptions(command, *args, true);
+  file->required(false);
+  CLI::Option* format = command->add_option("--format", args->format, "output form: text (FILE:LINE:COL: lines), "
+                                                                      "json or sarif (SARIF 2.1.0)")
+                            ->check(CLI::IsMember({"text", "json", "sarif"}))
+                            ->capture_default_str();
+  command->get_option("--json")->excludes(format);
+  command->add_option("--fail-on", args->failOn, "exit status 1 when a finding of this severity or a higher one "
+                                                 "is reported: error, warning or note")
+      ->check(CLI::IsMember({"error", "warning", "note"}))
+      ->capture_default_str();
+  command->add_option("--select", args->select, "report only these kinds (comma-separated; repeatable)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command->add_option("--ignore", args->ignore, "do not report these kinds (comma-separated; repeatable)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  CLI::Option* listKinds =
+      command->add_flag("--list-kinds", args->listKinds, "print every kind of finding with its severity and help");
+  listKinds->excludes(file);
+  command->callback([file, listKinds]() {
+    if (file->count() == 0 && listKinds->count() == 0) throw CLI::RequiredError("FILE");
+  });
+  return Command{command, [args] { return RunCheck(*args); }};
+}

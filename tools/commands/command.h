@@ -1,0 +1,64 @@
+// What every command of the tool shares: the file and read options on its
+// command line, the read of the file, JSON printing, and the form in which
+// main sees each command.
+#ifndef DEVDEF_TOOLS_COMMANDS_COMMAND_H_
+#define DEVDEF_TOOLS_COMMANDS_COMMAND_H_
+
+#include <CLI/CLI.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tools/analysis/analysis.h"
+
+// Exit statuses of every command: 0 success, 1 nothing found or findings at
+// the level asked for, 2 usage or file errors.
+constexpr int kExitSuccess = 0;
+constexpr int kExitNotFound = 1;
+constexpr int kExitFileError = 2;
+
+// The options every command that reads a file takes.
+struct CommonArguments {
+  std::string file;
+  AnalysisOptions options;
+  bool json = false;
+};
+
+// Adds FILE (required), --layout, --generation and --check-ids to command,
+// and --json when withJson; all of them write into args, which must outlive
+// the parse. Gives the FILE option.
+CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson);
+
+// Adds --id to command: a definition id, signed or unsigned 32-bit.
+CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
+
+// Reads args.file with args.options. When it cannot be read: a line on
+// standard error and null.
+std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args);
+
+// Prints document on standard output, indented; bytes that are not UTF-8
+// (such as those of a file name) are printed as U+FFFD.
+void PrintJson(const nlohmann::json& document);
+
+// A command as main sees it: the subcommand, which knows whether the command
+// line named it, and the run that gives the process's exit status.
+struct Command {
+  CLI::App* app = nullptr;
+  std::function<int()> run;
+};
+
+// Each Add...Command adds its subcommand with its options to app; the
+// command's arguments live as long as the returned run.
+Command AddTreeCommand(CLI::App& app);
+Command AddListCommand(CLI::App& app);
+Command AddShowCommand(CLI::App& app);
+Command AddFindCommand(CLI::App& app);
+Command AddCheckCommand(CLI::App& app);
+Command AddWriteCommand(CLI::App& app);
+Command AddConvertCommand(CLI::App& app);
+Command AddExportCommand(CLI::App& app);
+
+#endif  // DEVDEF_TOOLS_COMMANDS_COMMAND_H_
