@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 
@@ -21,10 +23,10 @@ struct ToolRun {
 
 std::string Example(const char* name) { return std::string(DEVDEF_EXAMPLES_DIR) + "/" + name; }
 
-// Runs the tool with the arguments (a shell word list); standard error goes
-// to a file so that it stays off standard output.
-ToolRun Tool(const std::string& arguments) {
-  const std::string command = std::string(DEVDEF_TOOL_PATH) + " " + arguments + " 2>/dev/null";
+// Runs the tool with the arguments (a shell word list) and captures what
+// redirect leaves on standard output: by default standard error is dropped.
+ToolRun Tool(const std::string& arguments, const char* redirect = "2>/dev/null") {
+  const std::string command = std::string(DEVDEF_TOOL_PATH) + " " + arguments + " " + redirect;
   ToolRun run{-1, std::string()};
   std::FILE* pipe = ::popen(command.c_str(), "r");
   if (pipe == nullptr) return run;
@@ -75,6 +77,10 @@ TEST(Cli, TreeOfEachLayout) {
   EXPECT_EQ(device["name"], "AT89C51");
   EXPECT_EQ(device["housings"].size(), 3u);
   EXPECT_EQ(device["definitions"][1]["values"][4], 0x2F);
+  // The lines of the name and of each definition; line 24 makes none.
+  EXPECT_EQ(device["line"], 19);
+  EXPECT_EQ(device["definitions"][0]["line"], 22);
+  EXPECT_EQ(device["definitions"][1]["line"], 23);
 }
 
 TEST(Cli, ListAndPatterns) {
@@ -86,6 +92,7 @@ TEST(Cli, ListAndPatterns) {
   const nlohmann::json list = nlohmann::json::parse(some.out);
   ASSERT_EQ(list["devices"].size(), 2u);
   EXPECT_EQ(list["devices"][1]["name"], "AT89S8252");
+  EXPECT_EQ(list["devices"][1]["line"], 27);
   EXPECT_EQ(Tool("list " + Example("adapters_v7.def") + " 'intel'").status, 1);
   const ToolRun fields = Tool("list --all-fields " + Example("adapters_v7.def") + " 'intel'");
   EXPECT_EQ(fields.status, 0);
@@ -95,11 +102,16 @@ TEST(Cli, ListAndPatterns) {
 TEST(Cli, ShowAndFind) {
   const ToolRun show = Tool("show " + Example("adapters_v7.def") + " P89C51RD2");
   ASSERT_EQ(show.status, 0);
+  EXPECT_NE(show.out.find("device: P89C51RD2 (line 35)\n"), std::string::npos) << show.out;
   EXPECT_NE(show.out.find("id 3100  KVR3  (hidden)"), std::string::npos);
+  EXPECT_NE(show.out.find("(hidden)  package 2 (PLCC32)  module 0 (BASE)  adapters 0 (ADP_U_PLCC32/ZIF)  line 37\n"),
+            std::string::npos);
   EXPECT_EQ(Tool("show " + Example("adapters_v7.def") + " NoSuchDevice").status, 1);
   const nlohmann::json byId = nlohmann::json::parse(Tool("show --json --id 3011 " + Example("adapters_v7.def")).out);
   EXPECT_EQ(byId["devices"][0]["name"], "AT89S8252");
   EXPECT_EQ(byId["devices"][0]["marks"][0], "0xB0");
+  EXPECT_EQ(byId["devices"][0]["line"], 27);  // behind the mark byte
+  EXPECT_EQ(byId["devices"][0]["definitions"][1]["line"], 30);
 
   const ToolRun found = Tool("find --json --id 3201 " + Example("adapters_v7.def"));
   ASSERT_EQ(found.status, 0);
@@ -107,27 +119,121 @@ TEST(Cli, ShowAndFind) {
   EXPECT_EQ(find["device"], "28F320J3");
   EXPECT_EQ(find["definition"]["package_name"], "TSOP48");
   EXPECT_EQ(find["definition"]["visible_index"], 0);  // 3200 before it is hidden
+  EXPECT_EQ(find["device_line"], 45);
+  EXPECT_EQ(find["definition"]["line"], 49);
+  const ToolRun foundText = Tool("find --id 3201 " + Example("adapters_v7.def"));
+  EXPECT_NE(foundText.out.find("device: 28F320J3 (line 45)\nvisible index: 0\nid: 3201 (line 49)\n"), std::string::npos);
   // A hidden definition is not found; neither is an unknown id.
   EXPECT_EQ(Tool("find --id 3100 " + Example("adapters_v7.def")).status, 1);
   EXPECT_EQ(Tool("find --id 3100 --generation 3 " + Example("adapters_v7.def")).status, 0);
   EXPECT_EQ(Tool("find --id -1 " + Example("adapters_v7.def")).status, 1);
 }
 
-TEST(Cli, CheckReportsTheDamagedSample) {
-  const ToolRun clean = Tool("check " + Example("instruments.def"));
-  const ToolRun damaged = Tool("check " + Example("damaged.def"));
-  EXPECT_EQ(damaged.status, 1);
-  EXPECT_NE(damaged.out.find("damaged.def:3: lost-entry:"), std::string::npos) << damaged.out;
-  EXPECT_NE(damaged.out.find("damaged.def:14: duplicate-id:"), std::string::npos);
-  EXPECT_NE(damaged.out.find("damaged.def:18: refused:"), std::string::npos);
-  const nlohmann::json json = nlohmann::json::parse(Tool("check --json " + Example("damaged.def")).out);
-  EXPECT_EQ(json["layout"], 1);
-  bool shortForm = false;
-  for (const nlohmann::json& finding : json["findings"]) {
-    if (finding["kind"] == "short-form") shortForm = finding["line"] == 16;
+// The default form: one line per finding as compilers print them, related
+// places as notes below, and a summary on standard error that agrees with
+// the JSON form.
+TEST(Cli, CheckPrintsCompilerDiagnostics) {
+  const std::string damaged = Example("damaged.def");
+  const ToolRun text = Tool("check " + damaged);
+  EXPECT_EQ(text.status, 1);
+  // Behind "FILE:": a finding, or a related place below one.
+  const std::regex finding("([0-9]+):[0-9]+: (error|warning|note): .* \\[([a-z0-9-]+)\\]");
+  const std::regex related("[0-9]+:[0-9]+: note: .*");
+  std::istringstream lines(text.out);
+  std::string line;
+  size_t findings = 0;
+  bool refused = false;
+  for (std::smatch match; std::getline(lines, line);) {
+    ASSERT_EQ(line.rfind(damaged + ":", 0), 0u) << line;
+    const std::string rest = line.substr(damaged.size() + 1);
+    if (std::regex_match(rest, match, finding)) {
+      ++findings;
+      refused = refused || (match[1] == "18" && match[3] == "refused");
+    } else {
+      EXPECT_TRUE(findings > 0 && std::regex_match(rest, related)) << line;
+    }
   }
-  EXPECT_TRUE(shortForm);
-  EXPECT_NE(clean.status, 2);
+  EXPECT_TRUE(refused) << text.out;
+
+  const nlohmann::json json = nlohmann::json::parse(Tool("check --json " + damaged).out);
+  EXPECT_EQ(json["layout"], 1);
+  ASSERT_EQ(json["findings"].size(), findings);
+  int counts[3] = {0, 0, 0};
+  for (const nlohmann::json& f : json["findings"]) {
+    ++counts[f["severity"] == "error" ? 0 : f["severity"] == "warning" ? 1 : 2];
+    EXPECT_GE(f["line"].get<long>(), 1);
+    EXPECT_GE(f["count"].get<int>(), 1);
+  }
+  EXPECT_EQ(json["summary"], (nlohmann::json{{"errors", counts[0]}, {"warnings", counts[1]}, {"notes", counts[2]}}));
+  std::string summary;
+  for (int i = 0; i < 3; ++i) {
+    summary += (i > 0 ? ", " : "") + std::to_string(counts[i]) + " " + (i == 0 ? "error" : i == 1 ? "warning" : "note") +
+               (counts[i] == 1 ? "" : "s");
+  }
+  EXPECT_EQ(Tool("check " + damaged, "2>&1 >/dev/null").out, summary + "\n");
+  EXPECT_EQ(Tool("check --select version " + damaged, "2>&1 >/dev/null").out, "");  // nothing found, nothing said
+}
+
+TEST(Cli, CheckExitStatusAndKindFilters) {
+  // The good samples carry notes only.
+  for (const char* file : {"instruments.def", "programmers_v2.def", "adapters_v7.def"}) {
+    EXPECT_EQ(Tool("check --fail-on warning " + Example(file)).status, 0) << file;
+  }
+  EXPECT_EQ(Tool("check --fail-on note " + Example("instruments.def")).status, 1);
+  const std::string damaged = Example("damaged.def");
+  EXPECT_EQ(Tool("check --fail-on warning " + damaged).status, 1);
+  // Filters act before the exit status: duplicate ids are warnings.
+  EXPECT_EQ(Tool("check --select duplicate-id --fail-on error " + damaged).status, 0);
+  EXPECT_EQ(Tool("check --select duplicate-id " + damaged).status, 1);
+
+  const nlohmann::json some =
+      nlohmann::json::parse(Tool("check --json --select refused,duplicate-id --select dropped --ignore dropped " +
+                                 damaged).out);
+  std::set<std::string> kinds;
+  for (const nlohmann::json& f : some["findings"]) kinds.insert(f["kind"].get<std::string>());
+  EXPECT_EQ(kinds, (std::set<std::string>{"refused", "duplicate-id"}));
+  const ToolRun unknown = Tool("check --ignore refused,bogus " + damaged, "2>&1");
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_NE(unknown.out.find("'bogus'"), std::string::npos);
+  EXPECT_NE(unknown.out.find("duplicate-id"), std::string::npos);  // the valid kinds listed
+  EXPECT_EQ(Tool("check --select bogus " + damaged).status, 2);
+  EXPECT_EQ(Tool("check /nonexistent/file.def").status, 2);
+}
+
+// The SARIF log names one rule per kind, and each result points at its rule
+// and at the place the JSON form gives.
+TEST(Cli, CheckSarifLog) {
+  const nlohmann::json kinds = nlohmann::json::parse(Tool("check --list-kinds --json").out)["kinds"];
+  const nlohmann::json findings = nlohmann::json::parse(Tool("check --json " + Example("damaged.def")).out)["findings"];
+  const nlohmann::json sarif = nlohmann::json::parse(Tool("check --format sarif " + Example("damaged.def")).out);
+  EXPECT_EQ(sarif["version"], "2.1.0");
+  const nlohmann::json& run = sarif["runs"][0];
+  const nlohmann::json& rules = run["tool"]["driver"]["rules"];
+  ASSERT_EQ(rules.size(), kinds.size());
+  for (size_t i = 0; i < rules.size(); ++i) {
+    EXPECT_EQ(rules[i]["id"], kinds[i]["id"]);
+    EXPECT_EQ(rules[i]["defaultConfiguration"]["level"], kinds[i]["severity"]);
+  }
+  const nlohmann::json& results = run["results"];
+  ASSERT_EQ(results.size(), findings.size());
+  ASSERT_FALSE(results.empty());
+  for (size_t i = 0; i < results.size(); ++i) {
+    const nlohmann::json& result = results[i];
+    EXPECT_EQ(rules.at(result["ruleIndex"].get<size_t>())["id"], result["ruleId"]);
+    EXPECT_EQ(result["ruleId"], findings[i]["kind"]);
+    EXPECT_EQ(result["level"], findings[i]["severity"]);
+    EXPECT_FALSE(result["message"]["text"].get<std::string>().empty());
+    const nlohmann::json& region = result["locations"][0]["physicalLocation"]["region"];
+    EXPECT_EQ(region["startLine"], findings[i]["line"]);
+    EXPECT_EQ(region["startColumn"], findings[i]["column"]);
+    EXPECT_EQ(region["endColumn"], findings[i]["end_column"]);
+  }
+  // An absolute path becomes a file: URI, percent-encoded.
+  ScratchDir dir;
+  const std::string spaced = dir.Path() + "/a b.def";
+  std::ofstream(spaced, std::ios::binary) << ReadFile(Example("damaged.def"));
+  const nlohmann::json copy = nlohmann::json::parse(Tool("check --format sarif '" + spaced + "'").out);
+  EXPECT_EQ(copy["runs"][0]["artifacts"][0]["location"]["uri"], "file://" + dir.Path() + "/a%20b.def");
 }
 
 TEST(Cli, FileErrorsAndUsage) {
