@@ -6,6 +6,8 @@
 namespace {
 
 bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
+// What is trimmed from the end of a one-line list entry.
+bool IsPieceEnd(unsigned char c) { return c == ' ' || c == '\t' || c == ',' || c == ';'; }
 bool IsEntrySeparator(unsigned char c) { return c == '\t' || c == ' ' || c == ',' || IsLineEnd(c); }
 
 const char* const kListKeywords[] = {"HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST"};
@@ -51,7 +53,7 @@ void ReadReplay::ReplayOneLineList(int list, size_t lineStart) {
     size_t first = start;
     size_t last = i;
     while (first < last && DevdefIsSpace(m_b[first])) ++first;
-    while (last > first && std::strchr(" \t,;", m_b[last - 1]) != nullptr) --last;
+    while (last > first && IsPieceEnd(m_b[last - 1])) --last;
     start = i + 1;
     if (first == last) continue;
     if (atEnd) {
