@@ -9,6 +9,7 @@
 
 #include "tools/analysis/finding.h"
 
+// Admits every kind until Configure narrows it.
 class FindingFilter {
  public:
   // Admits the kinds with the ids of select (every kind when it names none)

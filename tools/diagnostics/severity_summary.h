@@ -8,6 +8,7 @@
 
 #include "tools/analysis/finding.h"
 
+// The number of findings of each severity.
 struct SeverityCounts {
   int errors = 0;
   int warnings = 0;
