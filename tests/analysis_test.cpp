@@ -244,13 +244,16 @@ TEST(Analysis, HeaderListsAndHousings) {
                                                    "DEVICE_HOUSING_LIST: { 0, X, 1 }",             // 11
                                                    "DEVICE_HOUSING_LIST: {0}",                     // 12
                                                    "KVR5DEF: 1 0 0 0 1 1 2 3 4 5 6 7 8 9 0 : ok",  // 13
-                                                   "}",                                            // 14
+                                                   "KVR5DEF: 2 0,5 0 0 1 1 2 3 4 5 6 7 8 9 1A : x",  // 14
+                                                   "}",                                            // 15
                                                },
                                                "\r\n"));
   EXPECT_EQ(Summary(*analysis),
             (std::vector<std::string>{"2:1 note layout7-writer", "2:22 error lost-entry", "3:1 note layout7-writer",
                                       "6:18 error lost-entry", "11:1 note layout7-writer", "11:27 error housing",
-                                      "12:1 error housing", "12:23 error housing"}));
+                                      "12:1 error housing", "12:23 error housing",
+                                      "14:1 note layout7-writer", "14:14 warning bad-number",
+                                      "14:40 note layout7-writer"}));
   EXPECT_EQ(At(analysis->ListPlace(0).entries[0]), "2:16-2:20");
   EXPECT_EQ(At(analysis->ListPlace(1).entries[0]), "4:3-4:7");
   EXPECT_EQ(At(analysis->Findings()[5].range), "11:27-11:31");

@@ -138,7 +138,7 @@ class AnalysisBuilder {
       }
     }
     CheckNames(m_names, raw);
-    CheckDefinitions(order, m_replay.Devices(), layout, m_a.m_map, raw);
+    CheckDefinitions(m_a.m_bytes, order, m_replay.Devices(), layout, m_a.m_map, raw);
 
     std::stable_sort(raw.begin(), raw.end(), [](const RawFinding& x, const RawFinding& y) {
       return x.span.begin != y.span.begin ? x.span.begin < y.span.begin : x.span.end < y.span.end;
@@ -157,7 +157,7 @@ class AnalysisBuilder {
       out.range = Range(finding.span);
       out.message = std::move(finding.message);
       for (RelatedSpan& related : finding.related) {
-        out.related.push_back(RelatedPlace{Range(related.span), std::move(related.message)});
+        out.related.push_back(RelatedPlace{Range(related.span), std::move(related.message), related.cause});
       }
       m_a.m_findings.push_back(std::move(out));
     }

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "tools/analysis/definition_fields.h"
+
 namespace {
 
 void Add(std::vector<RawFinding>& out, const char* kind, ByteSpan span, std::string message) {
@@ -21,7 +23,7 @@ void CheckNames(const std::vector<NamePlace>& names, std::vector<RawFinding>& ou
   }
 }
 
-void CheckDefinitions(const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
+void CheckDefinitions(const std::string& bytes, const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
                       const std::unordered_map<const DEVICE_ITEM*, DeviceSpans>& devices, int layout,
                       const SourceMap& map, std::vector<RawFinding>& out) {
   // The first definition of each id: its place and whether its finding is out.
@@ -35,30 +37,42 @@ void CheckDefinitions(const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
     DEVICE_ITEM& device = *entry.first;
     DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[entry.second];
     const ByteSpan span = devices.at(&device).definitions[static_cast<size_t>(entry.second)];
+    // A number is pointed at where it stands, when its field is found with
+    // the number the reader stored; else the whole line is.
+    std::vector<DefinitionField> fields;
+    auto numberSpan = [&](DefinitionField::Kind kind, int index, unsigned long value, unsigned long mask) {
+      if (fields.empty()) fields = SplitDefinitionFields(bytes, span, layout);
+      const DefinitionField* field = FindField(fields, bytes, kind, index, value, mask);
+      return field != nullptr ? field->span : span;
+    };
     const std::string id = std::to_string(def.m_DefID);
-    auto seen = firsts.emplace(def.m_DefID, First{span, -1});
+    const ByteSpan idSpan = numberSpan(DefinitionField::kId, 0, def.m_DefID, 0xFFFFFFFF);
+    auto seen = firsts.emplace(def.m_DefID, First{idSpan, -1});
     if (!seen.second) {
       First& first = seen.first->second;
       if (first.finding < 0) {
-        Add(out, "duplicate-id", first.span, "id " + id + " is used again at line " + LineOf(map, span));
+        Add(out, "duplicate-id", first.span, "id " + id + " is used again at line " + LineOf(map, idSpan));
         first.finding = static_cast<long>(out.size() - 1);
       }
-      out[static_cast<size_t>(first.finding)].related.push_back(RelatedSpan{span, "id " + id + " used again"});
-      Add(out, "duplicate-id", span, "id " + id + " is already used at line " + LineOf(map, first.span));
+      out[static_cast<size_t>(first.finding)].related.push_back(RelatedSpan{idSpan, "id " + id + " used again"});
+      Add(out, "duplicate-id", idSpan, "id " + id + " is already used at line " + LineOf(map, first.span));
       out.back().related.push_back(RelatedSpan{first.span, "id " + id + " first used here"});
     }
     for (int i = 0; i < def.m_PackageIds.GetSize(); ++i) {
       if (DEVICE_ITEM::GetPackageName(def.m_PackageIds[i]) == nullptr) {
-        Add(out, "bad-number", span, "package " + std::to_string(def.m_PackageIds[i]) + " has no name in HOUSING_LIST");
-      }
-    }
-    for (int i = 0; i < def.m_AdapterIds.GetSize(); ++i) {
-      if (DEVICE_ITEM::GetAdapterName(def.m_AdapterIds[i]) == nullptr) {
-        Add(out, "bad-number", span, "adapter " + std::to_string(def.m_AdapterIds[i]) + " has no name in ADAPTER_LIST");
+        Add(out, "bad-number", numberSpan(DefinitionField::kPackage, i, def.m_PackageIds[i], 0xFFFF),
+            "package " + std::to_string(def.m_PackageIds[i]) + " has no name in HOUSING_LIST");
       }
     }
     if (DEVICE_ITEM::GetModulName(static_cast<int>(def.m_ModulId)) == nullptr) {
-      Add(out, "bad-number", span, "module " + std::to_string(def.m_ModulId) + " has no name in MODUL_LIST");
+      Add(out, "bad-number", numberSpan(DefinitionField::kModule, 0, def.m_ModulId, 0xFFFFFFFF),
+          "module " + std::to_string(def.m_ModulId) + " has no name in MODUL_LIST");
+    }
+    for (int i = 0; i < def.m_AdapterIds.GetSize(); ++i) {
+      if (DEVICE_ITEM::GetAdapterName(def.m_AdapterIds[i]) == nullptr) {
+        Add(out, "bad-number", numberSpan(DefinitionField::kAdapter, i, def.m_AdapterIds[i], 0xFFFF),
+            "adapter " + std::to_string(def.m_AdapterIds[i]) + " has no name in ADAPTER_LIST");
+      }
     }
     if (layout != 7) continue;
     if ((def.m_MarkFlags & ~device.m_DeviceFlags) != 0) {
@@ -68,7 +82,7 @@ void CheckDefinitions(const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
       Add(out, "layout7-writer", span, "only the first of the package numbers is written back");
     }
     if (def.m_DefValues[10] > 9) {
-      Add(out, "layout7-writer", span,
+      Add(out, "layout7-writer", numberSpan(DefinitionField::kValue, 10, 0, 0),
           "value 10 (" + std::to_string(def.m_DefValues[10]) +
               ") is written in decimal and read in hexadecimal: it will not read back the same");
     }

@@ -3,6 +3,7 @@
 #ifndef DEVDEF_TOOLS_ANALYSIS_CATALOGUE_CHECKS_H_
 #define DEVDEF_TOOLS_ANALYSIS_CATALOGUE_CHECKS_H_
 
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -23,8 +24,8 @@ struct NamePlace {
 void CheckNames(const std::vector<NamePlace>& names, std::vector<RawFinding>& out);
 
 // Duplicate ids, numbers without names and, for layout 7, what its writer
-// loses; definitions in the order of the file.
-void CheckDefinitions(const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
+// loses; definitions in the order of the file, bytes the file's.
+void CheckDefinitions(const std::string& bytes, const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
                       const std::unordered_map<const DEVICE_ITEM*, DeviceSpans>& devices, int layout,
                       const SourceMap& map, std::vector<RawFinding>& out);
 

@@ -32,6 +32,7 @@ const FindingKind* FindFindingKind(const std::string& id);
 struct RelatedPlace {
   TextRange range;
   std::string message;
+  bool cause = false;  // the place that made this finding happen
 };
 
 struct Finding {

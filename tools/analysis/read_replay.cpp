@@ -396,7 +396,7 @@ void ReadReplay::AddConsequence(const char* kind, size_t begin, size_t end, std:
   if (cause.related.size() < kMaxListed) cause.related.push_back(RelatedSpan{ByteSpan{begin, end}, message});
   const size_t line = static_cast<size_t>(m_map.PointOf(m_causeLine).line);
   message += " (after the failed line " + std::to_string(line) + ")";
-  RelatedSpan back{cause.span, "the failed line"};
+  RelatedSpan back{cause.span, "the failed line", true};
   const size_t index = Add(kind, begin, end, std::move(message));
   m_findings[index].related.push_back(std::move(back));
 }

@@ -27,6 +27,7 @@ struct ByteSpan {
 struct RelatedSpan {
   ByteSpan span;
   std::string message;
+  bool cause = false;  // the failed line behind a consequence
 };
 
 // A finding as the replay makes it, on bytes rather than lines.

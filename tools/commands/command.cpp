@@ -21,7 +21,15 @@ CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id) {
 
 std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args) {
   std::unique_ptr<Analysis> analysis = Analysis::ReadFile(args.file, args.options);
-  if (analysis != nullptr && analysis->Read()) return analysis;
+  if (analysis != nullptr && analysis->Read()) {
+    if (!analysis->Exact()) {
+      std::fprintf(stderr,
+                   "devdef: warning: the places given for '%s' may be off: the replay of the read lost its step "
+                   "(please report this file)\n",
+                   args.file.c_str());
+    }
+    return analysis;
+  }
   if (analysis != nullptr && !analysis->Error().empty()) {
     std::fprintf(stderr, "devdef: %s\n", analysis->Error().c_str());
   } else {

@@ -25,6 +25,7 @@ json FindingsJson(const std::string& file, int layout, const std::vector<const F
       json item = json::object();
       AddRange(item, place.range);
       item["message"] = ToUtf8(place.message);
+      item["cause"] = place.cause;
       related.push_back(std::move(item));
     }
     json item = json::object();

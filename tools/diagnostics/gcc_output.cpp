@@ -9,6 +9,8 @@ void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vec
                  finding->range.start.column, SeverityName(finding->kind->severity), FindingMessage(*finding).c_str(),
                  finding->kind->id);
     for (const RelatedPlace& related : finding->related) {
+      // A consequence's message names its cause's line already.
+      if (related.cause) continue;
       std::fprintf(out, "%s:%ld:%ld: note: %s\n", file.c_str(), related.range.start.line, related.range.start.column,
                    ToUtf8(related.message).c_str());
     }
