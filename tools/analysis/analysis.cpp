@@ -4,7 +4,10 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+
+#include <unistd.h>
 
 #include "tools/analysis/catalogue_checks.h"
 #include "tools/analysis/observing_ctrl.h"
@@ -128,6 +131,12 @@ class AnalysisBuilder {
                                "every line of the file",
                                {}});
     }
+    if (layout == 2 && m_replay.VersionFound()) {
+      raw.push_back(RawFinding{"layout2-writer", m_replay.VersionSpan(),
+                               "a write of this layout 2 file puts out definition lines with one value, which the "
+                               "layout 2 reader refuses: the written file loses every definition",
+                               {}});
+    }
     std::vector<std::pair<DEVICE_ITEM*, int>> order = m_replay.DefinitionOrder();
     for (const auto& entry : m_replay.Devices()) {
       DEVICE_ITEM& device = const_cast<DEVICE_ITEM&>(*entry.first);
@@ -154,6 +163,7 @@ class AnalysisBuilder {
       }
       Finding out;
       out.kind = FindFindingKind(finding.kind);
+      out.severity = out.kind->severity;
       out.range = Range(finding.span);
       out.message = std::move(finding.message);
       for (RelatedSpan& related : finding.related) {
@@ -176,42 +186,114 @@ Analysis::~Analysis() = default;
 
 std::unique_ptr<Analysis> Analysis::ReadFile(const std::string& path, const AnalysisOptions& options) {
   std::unique_ptr<Analysis> analysis(new Analysis());
-  Analysis& a = *analysis;
-  a.m_path = path;
-  if (!ReadBytes(path, a.m_bytes, a.m_error)) return analysis;
-  a.m_map = SourceMap(a.m_bytes);
-  const int declared = DeclaredLayout(a.m_bytes);
-  a.m_layout = options.layout != 0 ? options.layout : declared;
-  const int controllerLayout = a.m_layout == 2 || a.m_layout == 7 ? a.m_layout : 1;
+  analysis->m_path = path;
+  if (ReadBytes(path, analysis->m_bytes, analysis->m_error)) analysis->ReadThrough(path, options);
+  return analysis;
+}
 
-  ReadReplay replay(a.m_bytes, a.m_map, controllerLayout);
-  const int checkIds = options.checkIds ? 1 : 0;
-  if (controllerLayout == 2) {
-    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV2>(replay, CString(""), options.generation, checkIds));
-  } else if (controllerLayout == 7) {
-    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV3>(replay, CString(""), options.generation, checkIds,
-                                                        static_cast<cKvr5CfgContent*>(nullptr)));
-  } else {
-    a.m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrl>(replay, CString(""), options.generation, checkIds));
-  }
-  // The name lists belong to the whole process: this read starts them anew.
-  a.m_ctrl->RemoveDefLists();
-  a.m_read = a.m_ctrl->ReadDefFile(path.c_str(), false) != 0;
-  if (!a.m_read) {
-    if (declared != -1 && declared != controllerLayout) {
-      a.m_error = "'" + path + "' declares layout " + std::to_string(declared) + ", not layout " +
-                  std::to_string(controllerLayout);
-    } else {
-      a.m_error = "cannot read '" + path + "' as a definition file";
-    }
+std::unique_ptr<Analysis> Analysis::ReadText(const std::string& name, std::string bytes,
+                                             const AnalysisOptions& options) {
+  std::unique_ptr<Analysis> analysis(new Analysis());
+  analysis->m_path = name;
+  analysis->m_bytes = std::move(bytes);
+  // The library reads files by their path: the text goes to a file of its own.
+  const char* dir = std::getenv("TMPDIR");
+  std::string temp = std::string(dir != nullptr && *dir != '\0' ? dir : "/tmp") + "/devdef-text-XXXXXX";
+  const int fd = ::mkstemp(&temp[0]);
+  if (fd < 0) {
+    analysis->m_error = "cannot make a temporary file for '" + name + "': " + std::strerror(errno);
     return analysis;
   }
+  const std::string& text = analysis->m_bytes;
+  size_t written = 0;
+  while (written < text.size()) {
+    const ssize_t got = ::write(fd, text.data() + written, text.size() - written);
+    if (got <= 0) break;
+    written += static_cast<size_t>(got);
+  }
+  ::close(fd);
+  if (written == text.size()) {
+    analysis->ReadThrough(temp, options);
+  } else {
+    analysis->m_error = "cannot write a temporary file for '" + name + "': " + std::strerror(errno);
+  }
+  std::remove(temp.c_str());
+  return analysis;
+}
+
+namespace {
+
+// The library's message boxes during a read: the analysis says what they
+// say in its own words, so the boxes themselves are not shown.
+int SilentBox(const char*, const char*, unsigned int) { return IDOK; }
+
+bool LooksBinary(const std::string& bytes) {
+  const size_t length = std::min<size_t>(bytes.size(), 4096);
+  size_t control = 0;
+  for (size_t i = 0; i < length; ++i) {
+    const unsigned char c = static_cast<unsigned char>(bytes[i]);
+    if (c == 0) return true;
+    if (c < 0x20 && !DevdefIsSpace(c)) ++control;
+  }
+  return control * 10 > length;
+}
+
+}  // namespace
+
+void Analysis::ReadThrough(const std::string& libraryPath, const AnalysisOptions& options) {
+  m_map = SourceMap(m_bytes);
+  const int declared = DeclaredLayout(m_bytes);
+  m_layout = options.layout != 0 ? options.layout : declared;
+  const int controllerLayout = m_layout == 2 || m_layout == 7 ? m_layout : 1;
+
+  ReadReplay replay(m_bytes, m_map, controllerLayout);
+  const int checkIds = options.checkIds ? 1 : 0;
+  if (controllerLayout == 2) {
+    m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV2>(replay, CString(options.pathPrefix.c_str()), options.generation, checkIds));
+  } else if (controllerLayout == 7) {
+    m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrlV3>(replay, CString(options.pathPrefix.c_str()), options.generation, checkIds,
+                                                      static_cast<cKvr5CfgContent*>(nullptr)));
+  } else {
+    m_ctrl.reset(new ObservingCtrl<KCDeviceDefCtrl>(replay, CString(options.pathPrefix.c_str()), options.generation, checkIds));
+  }
+  // The name lists belong to the whole process: this read starts them anew.
+  m_ctrl->RemoveDefLists();
+  const AFX_MESSAGEBOX_HANDLER shown = AfxSetMessageBoxHandler(&SilentBox);
+  m_read = m_ctrl->ReadDefFile(libraryPath.c_str(), false) != 0;
+  AfxSetMessageBoxHandler(shown);
+  const std::string quoted = "'" + m_path + "'";
+  if (!m_read) {
+    if (declared != -1 && options.layout != 0 && declared != options.layout) {
+      m_error = quoted + " declares layout " + std::to_string(declared) + ", but --layout " +
+                std::to_string(options.layout) + " reads only layout " + std::to_string(options.layout) +
+                " files: leave --layout out";
+    } else if (declared != -1 && declared != controllerLayout) {
+      m_error = quoted + " declares layout " + std::to_string(declared) +
+                ", which devdef does not read (it reads layouts 1, 2 and 7" +
+                (declared == 3 ? "; layout 3 is what devdef convert writes)" : ")");
+    } else {
+      m_error = "cannot read " + quoted;
+    }
+    return;
+  }
   replay.Finish();
-  a.m_exact = replay.Consistent();
-  AnalysisBuilder builder(a, replay);
+  m_exact = replay.Consistent();
+  AnalysisBuilder builder(*this, replay);
   builder.TakePlaces();
   builder.TakeFindings(controllerLayout);
-  return analysis;
+  if (m_hasVersion) return;
+  if (m_bytes.empty()) {
+    m_error = quoted + " is empty: a definition file opens with a line \"DEF_LAYOUT_VERSION = N\"";
+  } else if (LooksBinary(m_bytes)) {
+    m_error = quoted + " is not a definition file: it holds binary data and no line \"DEF_LAYOUT_VERSION = N\"";
+  } else {
+    m_error = quoted + " is not a definition file: no line opens with \"DEF_LAYOUT_VERSION = N\"";
+    for (const Finding& finding : m_findings) {
+      if (std::strcmp(finding.kind->id, "version") != 0) continue;
+      m_error += " (line " + std::to_string(finding.range.start.line) + ": " + finding.message + ")";
+      break;
+    }
+  }
 }
 
 const TextRange* Analysis::KindPlace(POSITION kind) const {

@@ -19,6 +19,7 @@ struct AnalysisOptions {
   int layout = 0;  // 0: the layout the file's version line names
   int generation = 5;
   bool checkIds = false;
+  std::string pathPrefix;  // the controller's path prefix: where its device list export goes
 };
 
 // Where a device stands: its name on its line, its block from "{" to "}"
@@ -43,13 +44,22 @@ class Analysis {
   // while the analysis lives, so only one analysis is alive at a time.
   static std::unique_ptr<Analysis> ReadFile(const std::string& path, const AnalysisOptions& options);
 
+  // The same for text that is no file of its own (standard input, an
+  // editor's buffer), shown under name.
+  static std::unique_ptr<Analysis> ReadText(const std::string& name, std::string bytes,
+                                            const AnalysisOptions& options);
+
   ~Analysis();
   Analysis(const Analysis&) = delete;
   Analysis& operator=(const Analysis&) = delete;
 
   // True when the library read the file (ReadDefFile gave 1).
   bool Read() const { return m_read; }
-  // Why the file was not read: empty when it was.
+  // True when the file was read and is a definition file: it has a version
+  // line that the reader took. What the commands work on.
+  bool Usable() const { return m_read && m_hasVersion; }
+  // Why the file is not usable, in one line (what was expected and what was
+  // found); empty when it is.
   const std::string& Error() const { return m_error; }
   // The layout the file was read as: the option, else the version line's;
   // -1 when the file names none.
@@ -80,6 +90,8 @@ class Analysis {
  private:
   Analysis();
   friend class AnalysisBuilder;
+  // Reads m_bytes, which the library reads from libraryPath.
+  void ReadThrough(const std::string& libraryPath, const AnalysisOptions& options);
 
   std::string m_path;
   std::string m_bytes;

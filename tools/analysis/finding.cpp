@@ -64,11 +64,17 @@ const std::vector<FindingKind>& AllFindingKinds() {
        "A package, adapter or module number that has no entry in its header list."},
       {"no-line-end", Severity::kWarning,
        "The last line of the file has no line end, so the reader passes over it."},
+      {"write-loss", Severity::kError,
+       "Something that a write of the file would not keep: the written file reads back differently. devdef write "
+       "refuses to write it without --force."},
       {"name", Severity::kNote,
        "A name that holds a blank (written \"_\" in the file): the writer keeps the blank, so the name does not "
        "read back whole."},
       {"ignored-keyword", Severity::kNote,
        "A layout 7 line of a keyword that the reader accepts and passes over; a write does not keep it."},
+      {"layout2-writer", Severity::kNote,
+       "A layout 2 file: its writer puts out definition lines with one value, which the layout 2 reader refuses, "
+       "so a written file loses its definitions."},
       {"layout7-writer", Severity::kNote,
        "Something the layout 7 writer does not bring back: header lists in braces, housings, marks, second "
        "package numbers, a last value above 9."},

@@ -37,6 +37,7 @@ struct RelatedPlace {
 
 struct Finding {
   const FindingKind* kind = nullptr;
+  Severity severity = Severity::kError;  // the kind's, unless the finder says otherwise
   TextRange range;      // where in the file; start and end as editors count them
   std::string message;  // one line; names and texts are the file's bytes
   int count = 1;        // identical findings of one place merged into one

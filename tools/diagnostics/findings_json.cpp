@@ -30,7 +30,7 @@ json FindingsJson(const std::string& file, int layout, const std::vector<const F
     }
     json item = json::object();
     AddRange(item, finding->range);
-    item["severity"] = SeverityName(finding->kind->severity);
+    item["severity"] = SeverityName(finding->severity);
     item["kind"] = finding->kind->id;
     item["message"] = ToUtf8(finding->message);
     item["count"] = finding->count;

@@ -6,7 +6,7 @@
 void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vector<const Finding*>& findings) {
   for (const Finding* finding : findings) {
     std::fprintf(out, "%s:%ld:%ld: %s: %s [%s]\n", file.c_str(), finding->range.start.line,
-                 finding->range.start.column, SeverityName(finding->kind->severity), FindingMessage(*finding).c_str(),
+                 finding->range.start.column, SeverityName(finding->severity), FindingMessage(*finding).c_str(),
                  finding->kind->id);
     for (const RelatedPlace& related : finding->related) {
       // A consequence's message names its cause's line already.

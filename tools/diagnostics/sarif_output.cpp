@@ -65,7 +65,7 @@ json SarifLog(const std::string& file, const std::vector<const Finding*>& findin
   for (const Finding* finding : findings) {
     json result = {{"ruleId", finding->kind->id},
                    {"ruleIndex", ruleIndex.at(finding->kind->id)},
-                   {"level", Level(finding->kind->severity)},
+                   {"level", Level(finding->severity)},
                    {"message", {{"text", FindingMessage(*finding)}}},
                    {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, finding->range)}}})},
                    {"occurrenceCount", finding->count}};

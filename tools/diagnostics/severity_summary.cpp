@@ -11,7 +11,7 @@ std::string Counted(int count, const char* noun) {
 SeverityCounts CountSeverities(const std::vector<const Finding*>& findings) {
   SeverityCounts counts;
   for (const Finding* finding : findings) {
-    switch (finding->kind->severity) {
+    switch (finding->severity) {
       case Severity::kError:
         ++counts.errors;
         break;
