@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -236,24 +237,90 @@ TEST(Cli, CheckSarifLog) {
   EXPECT_EQ(copy["runs"][0]["artifacts"][0]["location"]["uri"], "file://" + dir.Path() + "/a%20b.def");
 }
 
+// Files that are no definition files, and command lines that are wrong:
+// exit status 2 and one line that says what was expected and found.
 TEST(Cli, FileErrorsAndUsage) {
+  ScratchDir dir;
+  const std::string path = dir.Path() + "/x.def";
+  const struct {
+    std::string bytes;
+    std::string said;
+  } files[] = {
+      {"", "is empty"},
+      {std::string("\x7f" "ELF\0\0\1\2", 8), "binary data"},
+      {"some notes\nDEF_LAYOUT_VERSION = \nEPROM:\n", "no line opens with \"DEF_LAYOUT_VERSION = N\" (line 2"},
+      {"DEF_LAYOUT_VERSION = 3 \r\n", "declares layout 3, which devdef does not read"},
+  };
+  for (const auto& file : files) {
+    std::ofstream(path, std::ios::binary) << file.bytes;
+    for (const char* command : {"tree ", "check ", "list --json "}) {
+      const ToolRun run = Tool(command + path, "2>&1");
+      EXPECT_EQ(run.status, 2) << command << file.said;
+      EXPECT_NE(run.out.find(file.said), std::string::npos) << run.out;
+      EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 1) << run.out;
+    }
+  }
+  const ToolRun wrong = Tool("tree --layout 7 " + Example("instruments.def"), "2>&1");
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_NE(wrong.out.find("declares layout 1, but --layout 7 reads only layout 7 files: leave --layout out"),
+            std::string::npos);
   EXPECT_EQ(Tool("tree /nonexistent/file.def").status, 2);
-  EXPECT_EQ(Tool("tree --layout 7 " + Example("instruments.def")).status, 2);  // wrong layout
-  EXPECT_EQ(Tool("tree").status, 2);
-  EXPECT_EQ(Tool("frobnicate x").status, 2);
+  for (const char* usage : {"tree", "frobnicate x", "show --id x "}) {
+    const ToolRun run = Tool(usage, "2>&1");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 1) << run.out;
+    EXPECT_NE(run.out.find("--help'"), std::string::npos) << run.out;
+  }
+  EXPECT_NE(Tool("tree", "2>&1").out.find("see 'devdef tree --help'"), std::string::npos);
   EXPECT_EQ(Tool("--help").status, 0);
   EXPECT_EQ(Tool("check --help").status, 0);
   EXPECT_NE(Tool("--version").out.find("devdef "), std::string::npos);
+  // "-" is standard input, and the library's duplicate-id box is said in the
+  // tool's words, once for each repeat.
+  EXPECT_NE(Tool("list - < " + Example("adapters_v7.def")).out.find("AT89S8252"), std::string::npos);
+  const ToolRun ids = Tool("list --check-ids - < " + Example("damaged.def"), "2>&1");
+  EXPECT_NE(ids.out.find("<stdin>:14:10: warning: id 4001 is already used at line 13 [duplicate-id]\n"),
+            std::string::npos)
+      << ids.out;
+  EXPECT_EQ(ids.out.find("Doppelte"), std::string::npos);
+  EXPECT_EQ(ids.out.find("4001", ids.out.find("[duplicate-id]")), std::string::npos);
+}
+
+// A write is read back first: a rewrite that would lose something writes
+// nothing and lists each loss, unless --force; a faithful one is written.
+TEST(Cli, WritesKeepWhatTheyPromise) {
+  ScratchDir dir;
+  const std::string copy = dir.Path() + "/adapters.def";
+  std::ofstream(copy, std::ios::binary) << ReadFile(Example("adapters_v7.def"));
+  const ToolRun refused = Tool("write " + copy + " -o " + copy, "2>&1");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(ReadFile(copy), ReadFile(Example("adapters_v7.def")));
+  EXPECT_NE(refused.out.find(copy + ":4:3: error: HOUSING_LIST does not read back"), std::string::npos) << refused.out;
+  EXPECT_NE(refused.out.find(copy + ":41:1: error: kind 'Flash Memory' and all under it do not read back"),
+            std::string::npos);
+  EXPECT_NE(refused.out.find("nothing written"), std::string::npos);
+  const ToolRun forced = Tool("write --force " + copy + " -o " + copy, "2>&1");
+  EXPECT_EQ(forced.status, 0);
+  EXPECT_NE(forced.out.find(copy + ":4:3: warning: HOUSING_LIST does not read back"), std::string::npos);
+  EXPECT_EQ(ReadFile(copy).compare(0, 25, "DEF_LAYOUT_VERSION = 7 \r\n"), 0);
+
+  const std::string clean = dir.Path() + "/clean.def";
+  std::ofstream(clean, std::ios::binary) << "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST DIP8;\nADAPTER_LIST ADP;\n"
+                                            "MODUL_LIST BASE;\nEPROM:\n:AMD\nAm27C256\n{\nKVR5DEF: 1 0 0 0 28 : text\n}\n";
+  const ToolRun toStdout = Tool("write " + clean + " -o -", "2>&1");
+  EXPECT_EQ(toStdout.status, 0) << toStdout.out;
+  EXPECT_NE(toStdout.out.find("KVR5DEF: 1 0 0 0 28 :  text\r\n}\r\n"), std::string::npos);
+  EXPECT_EQ(Tool("write " + clean + " -o " + clean).status, 0);
+  EXPECT_EQ(ReadFile(clean).compare(0, 25, "DEF_LAYOUT_VERSION = 1 \r\n"), 0);
 }
 
 TEST(Cli, WriteConvertAndExport) {
   ScratchDir dir;
   ASSERT_FALSE(dir.Path().empty());
   const std::string out = dir.Path() + "/out.def";
-  ASSERT_EQ(Tool("write " + Example("instruments.def") + " -o " + out).status, 0);
+  ASSERT_EQ(Tool("write --force " + Example("instruments.def") + " -o " + out).status, 0);
   const std::string written = ReadFile(out);
   EXPECT_EQ(written.compare(0, 25, "DEF_LAYOUT_VERSION = 1 \r\n"), 0);
-  ASSERT_EQ(Tool("write " + out + " -o " + out).status, 0);  // rewriting in place
 
   const std::string converted = dir.Path() + "/v3.def";
   ASSERT_EQ(Tool("convert " + Example("programmers_v2.def") + " -o " + converted).status, 0);
@@ -275,14 +342,14 @@ TEST(Cli, WriteConvertAndExport) {
   // Root writes into any directory whatever its mode; /proc refuses new
   // files to everyone.
   const std::string readOnly = ::access(locked.c_str(), W_OK) != 0 ? locked : "/proc";
-  EXPECT_EQ(Tool("write " + Example("instruments.def") + " -o " + readOnly + "/x.def").status, 2);
+  EXPECT_EQ(Tool("write --force " + Example("instruments.def") + " -o " + readOnly + "/x.def").status, 2);
   EXPECT_EQ(Tool("export " + Example("adapters_v7.def") + " --dir " + readOnly).status, 2);
   EXPECT_NE(::access((readOnly + "/x.def").c_str(), F_OK), 0);
   EXPECT_NE(::access((readOnly + "/k4devicelist.txt").c_str(), F_OK), 0);
   // A full device: the write fails and the target is left as it was.
   struct stat full;
   if (::stat("/dev/full", &full) == 0 && S_ISCHR(full.st_mode)) {
-    EXPECT_EQ(Tool("write " + Example("instruments.def") + " -o /dev/full").status, 2);
+    EXPECT_EQ(Tool("write --force " + Example("instruments.def") + " -o /dev/full").status, 2);
     ASSERT_EQ(::stat("/dev/full", &full), 0);
     EXPECT_TRUE(S_ISCHR(full.st_mode));  // written into, never replaced
   }

@@ -1,6 +1,8 @@
 // devdef: the command-line companion of the devdef library.
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+#include <string>
 #include <vector>
 
 #include "tools/commands/command.h"
@@ -10,16 +12,26 @@ int main(int argc, char** argv) {
   CLI::App app{"Reads, queries, checks and writes device definition files of layouts 1, 2 and 7.", "devdef"};
   app.set_version_flag("--version", "devdef " DEVDEF_VERSION);
   app.require_subcommand(1);
-  app.failure_message(CLI::FailureMessage::help);
 
   const std::vector<Command> commands = {AddTreeCommand(app),  AddListCommand(app),    AddShowCommand(app),
                                          AddFindCommand(app),  AddCheckCommand(app),   AddWriteCommand(app),
                                          AddConvertCommand(app), AddExportCommand(app)};
   try {
     app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForAllHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
   } catch (const CLI::ParseError& e) {
-    const int status = app.exit(e);
-    return status == 0 ? kExitSuccess : kExitFileError;
+    // One line with the problem and where to read more, as git does.
+    std::string where = "devdef";
+    for (const Command& command : commands) {
+      if (command.app->parsed()) where += " " + command.app->get_name();
+    }
+    std::fprintf(stderr, "devdef: %s; see '%s --help'\n", e.what(), where.c_str());
+    return kExitFileError;
   }
 
   InstallToolMessageBox();

@@ -98,81 +98,117 @@ void ReportFailedWrite(DefOutput what) {
                    : "the catalogue could not be written");
 }
 
-bool WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& requestedPath) {
-  // A symbolic link is followed, so that the file it names is replaced and
-  // the link stays.
+namespace {
+
+// Copies the file at from to the open stream to; false with a message on
+// failure.
+bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
+  std::FILE* in = std::fopen(from.c_str(), "rb");
+  if (in == nullptr) {
+    std::fprintf(stderr, "devdef: cannot read back '%s': %s\n", from.c_str(), std::strerror(errno));
+    return false;
+  }
+  char block[65536];
+  size_t got = 0;
+  bool ok = true;
+  while (ok && (got = std::fread(block, 1, sizeof block, in)) > 0) ok = std::fwrite(block, 1, got, to) == got;
+  ok = ok && std::ferror(in) == 0 && std::fflush(to) == 0;
+  if (!ok) std::fprintf(stderr, "devdef: cannot write '%s': %s\n", toName.c_str(), std::strerror(errno));
+  std::fclose(in);
+  return ok;
+}
+
+std::string TempDirectory() {
+  const char* dir = std::getenv("TMPDIR");
+  return dir != nullptr && *dir != '\0' ? dir : "/tmp";
+}
+
+}  // namespace
+
+WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& requestedPath,
+                                 const std::function<bool(const std::string&)>& verify) {
+  // Standard output, a device or a pipe cannot take a file renamed into
+  // place: the bytes are written and checked in a temporary file first, then
+  // copied there.
+  const bool toStdout = requestedPath == "-";
   std::string outPath = requestedPath;
   struct stat info;
-  if (::lstat(outPath.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
+  if (!toStdout && ::lstat(outPath.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
+    // A symbolic link is followed, so that the file it names is replaced and
+    // the link stays.
     char* real = ::realpath(outPath.c_str(), nullptr);
     if (real != nullptr) {
       outPath = real;
       std::free(real);
     }
   }
-  if (::stat(outPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
-    if (S_ISDIR(info.st_mode)) {
-      std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
-      return false;
-    }
-    // A device such as /dev/full or a pipe: nothing to rename into place.
-    const int result = WriteThroughLibrary(ctrl, what, outPath);
-    if (result == 0) ReportFailedWrite(what);
-    return result == 1;
+  const bool special = toStdout || (::stat(outPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode));
+  if (!toStdout && special && S_ISDIR(info.st_mode)) {
+    std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
+    return WriteOutcome::kFailed;
   }
-  const std::string temp = MakeTempFile(outPath);
+  const std::string temp = MakeTempFile(special ? TempDirectory() + "/out" : outPath);
   if (temp.empty()) {
-    std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n", outPath.c_str(),
-                 std::strerror(errno));
-    return false;
+    std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n",
+                 special ? TempDirectory().c_str() : outPath.c_str(), std::strerror(errno));
+    return WriteOutcome::kFailed;
   }
   const int result = WriteThroughLibrary(ctrl, what, temp);
   if (result != 1) {
     if (result == 0) ReportFailedWrite(what);
     std::remove(temp.c_str());
-    return false;
+    return WriteOutcome::kFailed;
   }
-  return CommitTemp(temp, outPath);
+  if (verify && !verify(temp)) {
+    std::remove(temp.c_str());
+    return WriteOutcome::kRefused;
+  }
+  if (!special) return CommitTemp(temp, outPath) ? WriteOutcome::kWritten : WriteOutcome::kFailed;
+  bool ok = false;
+  if (toStdout) {
+    ok = CopyTo(temp, stdout, "standard output");
+  } else {
+    std::FILE* target = std::fopen(outPath.c_str(), "wb");
+    if (target == nullptr) {
+      std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
+    } else {
+      ok = CopyTo(temp, target, outPath);
+      ok = std::fclose(target) == 0 && ok;
+    }
+  }
+  std::remove(temp.c_str());
+  return ok ? WriteOutcome::kWritten : WriteOutcome::kFailed;
 }
 
-bool ExportDeviceList(const std::string& inPath, int generation, const std::string& dir) {
-  // The controller writes to its path prefix, so it gets a directory of its
-  // own inside the target directory.
+std::string MakeExportDirectory(const std::string& dir) {
   std::string pattern = dir + "/.devdef-export-XXXXXX";
   std::vector<char> name(pattern.begin(), pattern.end());
   name.push_back('\0');
   if (::mkdtemp(name.data()) == nullptr) {
     std::fprintf(stderr, "devdef: cannot write into '%s': %s\n", dir.c_str(), std::strerror(errno));
-    return false;
+    return std::string();
   }
-  const std::string tempDir = name.data();
-  const std::string tempFile = tempDir + "/k4devicelist.txt";
-  bool ok = false;
-  {
-    KCDeviceDefCtrlV3 ctrl((tempDir + "/").c_str(), generation, 0, nullptr);
-    if (!ctrl.ReadDefFile(inPath.c_str(), true)) {
-      std::fprintf(stderr, "devdef: cannot read '%s' as a definition file of layout 7\n", inPath.c_str());
-    } else {
-      ctrl.WriteK4DeviceList();
-      // The library swallows failures of the export, so the file is checked:
-      // one row for each device and for each adapter of generation 4.
-      int devices = 0;
-      int adapters = 0;
-      int expectedDevices = 0;
-      int expectedAdapters = 0;
-      ForEachDevice(ctrl, [&](TAG_KIND_OF_DEVICE&, TAG_DEVICE_MANUF&, DEVICE_ITEM& device) {
-        ++expectedDevices;
-        for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-          if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
-        }
-      });
-      ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices &&
-           adapters == expectedAdapters;
-      if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
+  return name.data();
+}
+
+bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, const std::string& dir) {
+  const std::string tempFile = exportDir + "/k4devicelist.txt";
+  ctrl.WriteK4DeviceList();
+  // The library swallows failures of the export, so the file is checked:
+  // one row for each device and for each adapter of generation 4.
+  int devices = 0;
+  int adapters = 0;
+  int expectedDevices = 0;
+  int expectedAdapters = 0;
+  ForEachDevice(ctrl, [&](TAG_KIND_OF_DEVICE&, TAG_DEVICE_MANUF&, DEVICE_ITEM& device) {
+    ++expectedDevices;
+    for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
+      if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
     }
-  }
+  });
+  bool ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices && adapters == expectedAdapters;
+  if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
   if (ok) ok = CommitTemp(tempFile, dir + "/k4devicelist.txt");
   std::remove(tempFile.c_str());
-  ::rmdir(tempDir.c_str());
   return ok;
 }

@@ -45,7 +45,8 @@ int RunCheck(const CheckArguments& args) {
   }
   Severity failOn = Severity::kWarning;
   ParseSeverity(args.failOn, &failOn);
-  std::unique_ptr<Analysis> analysis = ReadForCommand(args);
+  // The duplicates are among the findings.
+  std::unique_ptr<Analysis> analysis = ReadForCommand(args, false);
   if (analysis == nullptr) return kExitFileError;
   const std::vector<const Finding*> findings = filter.Apply(analysis->Findings());
   const SeverityCounts counts = CountSeverities(findings);
@@ -56,7 +57,7 @@ int RunCheck(const CheckArguments& args) {
   } else {
     PrintGccDiagnostics(stdout, args.file, findings);
     std::fflush(stdout);
-    if (!findings.empty()) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
+    if (!findings.empty() && !args.quiet) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
   }
   return ReachesSeverity(counts, failOn) ? kExitNotFound : kExitSuccess;
 }

@@ -1,15 +1,21 @@
 #include "tools/commands/command.h"
 
 #include <cstdio>
+#include <cstring>
+
+#include "tools/utf8_text.h"
 
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson) {
-  CLI::Option* file = command->add_option("FILE", args.file, "definition file")->required();
+  CLI::Option* file =
+      command->add_option("FILE", args.file, "definition file; - reads standard input")->required();
   command->add_option("--layout", args.options.layout, "read as layout 1, 2 or 7 (default: the file's version line)")
       ->check(CLI::IsMember({1, 2, 7}));
   command->add_option("--generation", args.options.generation, "the generation in force: 3, 4 or 5")
       ->check(CLI::IsMember({3, 4, 5}))
       ->capture_default_str();
-  command->add_flag("--check-ids", args.options.checkIds, "report duplicate definition ids while reading");
+  command->add_flag("--check-ids", args.options.checkIds,
+                    "check definition ids while reading, and report each definition that repeats one");
+  command->add_flag("-q,--quiet", args.quiet, "print no warnings or notes on standard error, only errors");
   if (withJson) command->add_flag("--json", args.json, "print one JSON document instead of text");
   return file;
 }
@@ -19,23 +25,40 @@ CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id) {
       ->check(CLI::Range(static_cast<std::int64_t>(INT32_MIN), static_cast<std::int64_t>(UINT32_MAX)));
 }
 
-std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args) {
-  std::unique_ptr<Analysis> analysis = Analysis::ReadFile(args.file, args.options);
-  if (analysis != nullptr && analysis->Read()) {
-    if (!analysis->Exact()) {
-      std::fprintf(stderr,
-                   "devdef: warning: the places given for '%s' may be off: the replay of the read lost its step "
-                   "(please report this file)\n",
-                   args.file.c_str());
-    }
-    return analysis;
-  }
-  if (analysis != nullptr && !analysis->Error().empty()) {
-    std::fprintf(stderr, "devdef: %s\n", analysis->Error().c_str());
+std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates) {
+  std::unique_ptr<Analysis> analysis;
+  if (args.file == "-") {
+    std::string bytes;
+    char block[65536];
+    size_t got = 0;
+    while ((got = std::fread(block, 1, sizeof block, stdin)) > 0) bytes.append(block, got);
+    analysis = Analysis::ReadText("<stdin>", std::move(bytes), args.options);
   } else {
-    std::fprintf(stderr, "devdef: cannot read '%s' as a definition file\n", args.file.c_str());
+    analysis = Analysis::ReadFile(args.file, args.options);
   }
-  return nullptr;
+  if (!analysis->Usable()) {
+    std::fprintf(stderr, "devdef: %s\n", analysis->Error().c_str());
+    return nullptr;
+  }
+  if (!analysis->Exact()) {
+    std::fprintf(stderr,
+                 "devdef: warning: the places given for '%s' may be off: the replay of the read lost its step "
+                 "(please report this file)\n",
+                 analysis->Path().c_str());
+  }
+  // The reader's duplicate-id check, said once for each definition that
+  // repeats an id.
+  if (reportDuplicates && args.options.checkIds && !args.quiet) {
+    for (const Finding& finding : analysis->Findings()) {
+      if (std::strcmp(finding.kind->id, "duplicate-id") != 0 || finding.related.empty() ||
+          finding.related[0].message.find("first used") == std::string::npos) {
+        continue;
+      }
+      std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(),
+                   finding.range.start.line, finding.range.start.column, ToUtf8(finding.message).c_str());
+    }
+  }
+  return analysis;
 }
 
 void PrintJson(const nlohmann::json& document) {

@@ -25,6 +25,7 @@ struct CommonArguments {
   std::string file;
   AnalysisOptions options;
   bool json = false;
+  bool quiet = false;  // no warnings or notes on standard error
 };
 
 // Adds FILE (required), --layout, --generation and --check-ids to command,
@@ -35,9 +36,11 @@ CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool wit
 // Adds --id to command: a definition id, signed or unsigned 32-bit.
 CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
 
-// Reads args.file with args.options. When it cannot be read: a line on
-// standard error and null.
-std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args);
+// Reads args.file ("-": standard input) with args.options. When it cannot
+// be read or is no definition file: one line on standard error and null.
+// With --check-ids and reportDuplicates, each definition that repeats an id
+// is reported on standard error, as the reader's check finds it.
+std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates = true);
 
 // Prints document on standard output, indented; bytes that are not UTF-8
 // (such as those of a file name) are printed as U+FFFD.

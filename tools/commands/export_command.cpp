@@ -1,4 +1,6 @@
 // devdef export: k4devicelist.txt of a layout 7 file.
+#include <unistd.h>
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -12,14 +14,26 @@ struct ExportArguments : CommonArguments {
   std::string dir;
 };
 
-// The export reads the file itself, with the layout 7 controller that
-// writes the list.
+// The controller writes the list under its path prefix: a directory of its
+// own inside the target directory, until the list is complete.
 int RunExport(const ExportArguments& args) {
-  if (args.options.layout != 0 && args.options.layout != 7) {
-    std::fprintf(stderr, "devdef: export needs a layout 7 file\n");
-    return kExitFileError;
+  const std::string exportDir = MakeExportDirectory(args.dir);
+  if (exportDir.empty()) return kExitFileError;
+  ExportArguments read = args;
+  read.options.pathPrefix = exportDir + "/";
+  int status = kExitFileError;
+  {
+    std::unique_ptr<Analysis> analysis = ReadForCommand(read);
+    KCDeviceDefCtrlV3* ctrl = analysis != nullptr ? dynamic_cast<KCDeviceDefCtrlV3*>(&analysis->Controller()) : nullptr;
+    if (analysis != nullptr && ctrl == nullptr) {
+      std::fprintf(stderr, "devdef: export writes the device list of a layout 7 file; '%s' is of layout %d\n",
+                   analysis->Path().c_str(), analysis->Layout());
+    } else if (ctrl != nullptr && ExportDeviceList(*ctrl, exportDir, args.dir)) {
+      status = kExitSuccess;
+    }
   }
-  return ExportDeviceList(args.file, args.options.generation, args.dir) ? kExitSuccess : kExitFileError;
+  ::rmdir(exportDir.c_str());
+  return status;
 }
 
 }  // namespace
