@@ -116,8 +116,14 @@ class AnalysisBuilder {
       place.definitions.reserve(entry.second.definitions.size());
       for (const ByteSpan& span : entry.second.definitions) place.definitions.push_back(Range(span));
     }
+    const CStringArray* names[] = {&DEVICE_ITEM::m_PackageList, &DEVICE_ITEM::m_AdapterList, &DEVICE_ITEM::m_ModulList};
     for (int i = 0; i < 3; ++i) {
       for (const ByteSpan& span : m_replay.ListEntries(i)) m_a.m_lists[i].entries.push_back(Range(span));
+      m_a.m_listNames[i].reserve(static_cast<size_t>(names[i]->GetSize()));
+      for (int n = 0; n < names[i]->GetSize(); ++n) {
+        const CString& name = (*names[i])[n];
+        m_a.m_listNames[i].emplace_back(static_cast<LPCTSTR>(name), static_cast<size_t>(name.GetLength()));
+      }
     }
   }
 

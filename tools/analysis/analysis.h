@@ -78,6 +78,10 @@ class Analysis {
   const TextRange* DefinitionPlace(const DEVICE_ITEM& device, int index) const;
   // 0: HOUSING_LIST, 1: ADAPTER_LIST, 2: MODUL_LIST.
   const ListPlaces& ListPlace(int list) const { return m_lists[list]; }
+  // The names of a header list as this file gave them, kept apart from the
+  // process-wide lists, which the next analysis empties: a number of a
+  // definition is an index into them.
+  const std::vector<std::string>& ListNames(int list) const { return m_listNames[list]; }
 
   // False when the replay of the read lost its step somewhere: places and
   // findings may then be off. True for every file known.
@@ -107,6 +111,7 @@ class Analysis {
   std::unordered_map<const void*, TextRange> m_manufacturers;
   std::unordered_map<const DEVICE_ITEM*, DevicePlace> m_devices;
   ListPlaces m_lists[3];
+  std::vector<std::string> m_listNames[3];
   std::vector<Finding> m_findings;
 };
 
