@@ -4,38 +4,24 @@
 #ifndef DEVDEF_PLATFORM_CARRAY_H_
 #define DEVDEF_PLATFORM_CARRAY_H_
 
+#include <climits>
 #include <cstddef>
 #include <cstring>
 #include <functional>
 #include <new>
 #include <type_traits>
 
+#include "devdef/platform/carray_storage.h"
 #include "devdef/platform/types.h"
 
-// Where an array keeps its elements: on the heap, or, for numbers and
-// bytes, while they fit, in the room of the pointer itself. That pointer is
-// kept as bytes, so an array of 16-bit numbers needs only 4-byte alignment
-// and the records that hold two of them pack tighter.
-template <class TYPE, int kInline>
-struct DevdefArrayStorage {
-  DevdefArrayStorage() { SetHeap(nullptr); }
-  TYPE* Heap() const {
-    TYPE* heap;
-    std::memcpy(&heap, bytes, sizeof heap);
-    return heap;
-  }
-  void SetHeap(TYPE* heap) { std::memcpy(bytes, &heap, sizeof heap); }
-  TYPE* Inline() { return reinterpret_cast<TYPE*>(bytes); }
+class CString;
 
-  alignas(TYPE) unsigned char bytes[sizeof(TYPE*)];
-};
+// Numbers, bytes and strings grow geometrically: an array of them may hold a
+// whole line of a file. Other elements (the records of a catalogue) grow by
+// the class library's rule.
 template <class TYPE>
-struct DevdefArrayStorage<TYPE, 0> {
-  TYPE* Heap() const { return heap; }
-  void SetHeap(TYPE* p) { heap = p; }
-
-  TYPE* heap = nullptr;
-};
+struct DevdefGrowsGeometrically
+    : std::integral_constant<bool, std::is_arithmetic<TYPE>::value || std::is_same<TYPE, CString>::value> {};
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray {
@@ -44,23 +30,21 @@ class CArray {
   CArray(const CArray&) = delete;
   CArray& operator=(const CArray&) = delete;
   // Takes over the other array's elements, leaving it empty.
-  CArray(CArray&& other) noexcept
-      : m_storage(other.m_storage), m_nSize(other.m_nSize), m_nMaxSize(other.m_nMaxSize), m_nGrowBy(other.m_nGrowBy) {
-    other.m_storage.SetHeap(nullptr);
-    other.m_nSize = other.m_nMaxSize = 0;
-  }
+  CArray(CArray&& other) noexcept { m_storage.TakeFrom(other.m_storage); }
   ~CArray() { SetSize(0); }
 
-  int GetSize() const { return m_nSize; }
-  int GetCount() const { return m_nSize; }
-  int GetUpperBound() const { return m_nSize - 1; }
-  BOOL IsEmpty() const { return m_nSize == 0; }
+  int GetSize() const { return m_storage.Size(); }
+  int GetCount() const { return GetSize(); }
+  int GetUpperBound() const { return GetSize() - 1; }
+  BOOL IsEmpty() const { return GetSize() == 0; }
 
-  // Sets the size; new elements are value-initialised (0 for numbers).
-  // nGrowBy -1 keeps the grow-by value; 0 is the class library's rule: an
-  // eighth of the size, at least 4 and at most 1024. Size 0 frees the storage.
+  // Sets the size; new elements are value-initialised (0 for numbers). Size
+  // 0 frees the storage. nGrowBy -1 keeps the grow-by value; 0 is the class
+  // library's rule: an eighth of the size, at least 4 and at most 1024 more.
+  // Numbers, bytes and strings ignore it: their capacity grows by half.
   void SetSize(int nNewSize, int nGrowBy = -1);
   void RemoveAll() { SetSize(0); }
+  // Gives back the capacity beyond the size.
   void FreeExtra();
 
   TYPE& GetAt(int nIndex) { return Data()[nIndex]; }
@@ -77,146 +61,113 @@ class CArray {
   // current size it appends.
   void SetAtGrow(int nIndex, ARG_TYPE newElement);
   int Add(ARG_TYPE newElement) {
-    const int index = m_nSize;
+    const int index = GetSize();
     SetAtGrow(index, newElement);
     return index;
   }
   void RemoveAt(int nIndex, int nCount = 1);
 
  protected:
-  // Whether p points into this array's storage.
+  // Whether p points into this array's elements.
   bool IsOwnElement(const void* p) const {
     const std::less<const void*> before;
     const TYPE* data = Data();
-    return data != nullptr && !before(p, data) && before(p, data + m_nMaxSize);
+    return data != nullptr && !before(p, data) && before(p, data + GetSize());
   }
 
  private:
-  // Numbers and bytes up to the size of a pointer need no heap block: a
-  // catalogue holds two short number lists per definition.
-  static constexpr int kInline = std::is_arithmetic<TYPE>::value ? static_cast<int>(sizeof(TYPE*) / sizeof(TYPE)) : 0;
+  static constexpr bool kNumbers = std::is_arithmetic<TYPE>::value;
+  using Storage = typename std::conditional<kNumbers, DevdefNumberStorage<TYPE>,
+                                            DevdefRecordStorage<TYPE, !DevdefGrowsGeometrically<TYPE>::value>>::type;
 
-  bool IsInline() const { return kInline > 0 && m_nMaxSize > 0 && m_nMaxSize <= kInline; }
-  TYPE* Data() {
-    if constexpr (kInline > 0) {
-      if (IsInline()) return m_storage.Inline();
-    }
-    return m_storage.Heap();
-  }
-  const TYPE* Data() const { return const_cast<CArray*>(this)->Data(); }
-  void Reallocate(int nNewMax);
+  TYPE* Data() { return m_storage.Data(); }
+  const TYPE* Data() const { return const_cast<Storage&>(m_storage).Data(); }
+  // The capacity for nNewSize elements, more than the current one.
+  int GrownCapacity(int nNewSize) const;
 
-  DevdefArrayStorage<TYPE, kInline> m_storage;
-  int m_nSize = 0;
-  int m_nMaxSize = 0;
-  int m_nGrowBy = 0;
+  Storage m_storage;
 };
 
 template <class TYPE, class ARG_TYPE>
-void CArray<TYPE, ARG_TYPE>::Reallocate(int nNewMax) {
-  // nNewMax is never below the size.
-  if constexpr (std::is_trivially_copyable<TYPE>::value) {
-    const bool onHeap = !IsInline() && m_storage.Heap() != nullptr;
-    const size_t bytes = sizeof(TYPE) * static_cast<size_t>(m_nSize);
-    if constexpr (kInline > 0) {
-      if (nNewMax <= kInline) {
-        TYPE saved[kInline > 0 ? kInline : 1];
-        if (bytes > 0) std::memcpy(saved, Data(), bytes);
-        if (onHeap) ::operator delete(m_storage.Heap());
-        m_nMaxSize = nNewMax;
-        if (bytes > 0) std::memcpy(m_storage.Inline(), saved, bytes);
-        return;
-      }
+int CArray<TYPE, ARG_TYPE>::GrownCapacity(int nNewSize) const {
+  const long long room = m_storage.Room();
+  if (room == 0) {
+    // The first allocation holds exactly the size asked for; short number
+    // lists take the whole inline room at once.
+    if constexpr (kNumbers) {
+      if (nNewSize <= Storage::kInline) return Storage::kInline;
     }
-    // Numbers and bytes move as one block.
-    TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
-    if (bytes > 0) std::memcpy(data, Data(), bytes);
-    if (onHeap) ::operator delete(m_storage.Heap());
-    m_storage.SetHeap(data);
-    m_nMaxSize = nNewMax;
-    return;
+    return nNewSize;
   }
-  TYPE* data = static_cast<TYPE*>(::operator new(sizeof(TYPE) * static_cast<size_t>(nNewMax)));
-  TYPE* old = m_storage.Heap();
-  for (int i = 0; i < m_nSize; ++i) {
-    if constexpr (std::is_nothrow_move_constructible<TYPE>::value) {
-      ::new (static_cast<void*>(data + i)) TYPE(static_cast<TYPE&&>(old[i]));
-    } else {
-      ::new (static_cast<void*>(data + i)) TYPE(old[i]);
+  long long grow = 0;
+  if constexpr (DevdefGrowsGeometrically<TYPE>::value) {
+    grow = room / 2;
+  } else {
+    grow = m_storage.GrowBy();
+    if (grow == 0) {
+      grow = GetSize() / 8;
+      grow = grow < 4 ? 4 : (grow > 1024 ? 1024 : grow);
     }
-    old[i].~TYPE();
   }
-  ::operator delete(old);
-  m_storage.SetHeap(data);
-  m_nMaxSize = nNewMax;
+  const long long wanted = room + grow < nNewSize ? nNewSize : room + grow;
+  return wanted > INT_MAX ? INT_MAX : static_cast<int>(wanted);
 }
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
-  if (nGrowBy >= 0) m_nGrowBy = nGrowBy;
+  if (nGrowBy >= 0) m_storage.SetGrowBy(nGrowBy);
   if (nNewSize < 0) nNewSize = 0;
+  const int size = GetSize();
   if (nNewSize == 0) {
     if constexpr (!std::is_trivially_destructible<TYPE>::value) {
-      for (int i = 0; i < m_nSize; ++i) m_storage.Heap()[i].~TYPE();
+      TYPE* data = Data();
+      for (int i = 0; i < size; ++i) data[i].~TYPE();
     }
-    if (!IsInline()) ::operator delete(m_storage.Heap());
-    m_storage.SetHeap(nullptr);
-    m_nSize = m_nMaxSize = 0;
+    m_storage.Release();
     return;
   }
-  if (nNewSize <= kInline) {
-    // Short number lists take the whole inline room at once.
-    if (m_nMaxSize < kInline) Reallocate(kInline);
-  } else if (m_nMaxSize == 0) {
-    // The first allocation holds exactly the size asked for.
-    Reallocate(nNewSize);
-  } else if (nNewSize > m_nMaxSize) {
-    int grow = m_nGrowBy;
-    if (grow == 0) {
-      grow = m_nSize / 8;
-      grow = grow < 4 ? 4 : (grow > 1024 ? 1024 : grow);
-    }
-    const int newMax = nNewSize < m_nMaxSize + grow ? m_nMaxSize + grow : nNewSize;
-    Reallocate(newMax);
-  }
-  if constexpr (std::is_arithmetic<TYPE>::value) {
+  if (nNewSize > m_storage.Room()) m_storage.Reallocate(GrownCapacity(nNewSize));
+  TYPE* data = Data();
+  if constexpr (kNumbers) {
     // New numbers and bytes are zero, set in one go.
-    if (nNewSize > m_nSize) std::memset(Data() + m_nSize, 0, sizeof(TYPE) * static_cast<size_t>(nNewSize - m_nSize));
+    if (nNewSize > size) std::memset(data + size, 0, sizeof(TYPE) * static_cast<size_t>(nNewSize - size));
   } else {
-    TYPE* data = Data();
-    for (int i = m_nSize; i < nNewSize; ++i) ::new (static_cast<void*>(data + i)) TYPE();
-    for (int i = nNewSize; i < m_nSize; ++i) data[i].~TYPE();
+    for (int i = size; i < nNewSize; ++i) ::new (static_cast<void*>(data + i)) TYPE();
+    for (int i = nNewSize; i < size; ++i) data[i].~TYPE();
   }
-  m_nSize = nNewSize;
+  m_storage.SetSizeField(nNewSize);
 }
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::FreeExtra() {
-  if (m_nSize != m_nMaxSize && m_nSize > 0) Reallocate(m_nSize);
+  const int size = GetSize();
+  if (size > 0 && size != m_storage.Room()) m_storage.Reallocate(size);
 }
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::SetAtGrow(int nIndex, ARG_TYPE newElement) {
   if (nIndex < 0) return;
-  if (nIndex >= m_nMaxSize && IsOwnElement(&newElement)) {
-    // The element lives in this array, which is about to move: copy it first.
+  if (nIndex >= m_storage.Room() && IsOwnElement(&newElement)) {
+    // The element lives in this array, which may be about to move: copy it
+    // first.
     TYPE copy(newElement);
     SetSize(nIndex + 1, -1);
     Data()[nIndex] = copy;
     return;
   }
-  if (nIndex >= m_nSize) SetSize(nIndex + 1, -1);
+  if (nIndex >= GetSize()) SetSize(nIndex + 1, -1);
   Data()[nIndex] = newElement;
 }
 
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::RemoveAt(int nIndex, int nCount) {
-  if (nIndex < 0 || nCount <= 0 || nIndex >= m_nSize) return;
-  if (nCount > m_nSize - nIndex) nCount = m_nSize - nIndex;
+  const int size = GetSize();
+  if (nIndex < 0 || nCount <= 0 || nIndex >= size) return;
+  if (nCount > size - nIndex) nCount = size - nIndex;
   TYPE* data = Data();
-  for (int i = nIndex; i + nCount < m_nSize; ++i) data[i] = data[i + nCount];
-  for (int i = m_nSize - nCount; i < m_nSize; ++i) data[i].~TYPE();
-  m_nSize -= nCount;
+  for (int i = nIndex; i + nCount < size; ++i) data[i] = data[i + nCount];
+  for (int i = size - nCount; i < size; ++i) data[i].~TYPE();
+  m_storage.SetSizeField(size - nCount);
 }
 
 #endif  // DEVDEF_PLATFORM_CARRAY_H_
