@@ -137,17 +137,24 @@ int KCDeviceDefCtrl::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, PO
 
 namespace {
 
-// The first line end ('\n' or '\r') at or behind nFrom, or nEnd.
+// The first line end ('\n' or '\r') at or behind nFrom, or nEnd. Both are
+// looked for in windows that double in size, so that the search costs the
+// length of the line even in a file whose lines all end in the same one of
+// the two.
 DWORD LineEndFrom(const BYTE* pBuffer, DWORD nFrom, DWORD nEnd) {
-  if (nFrom >= nEnd) return nEnd;
-  const BYTE* from = pBuffer + nFrom;
-  const size_t count = nEnd - nFrom;
-  const void* newline = std::memchr(from, '\n', count);
-  const size_t untilNewline =
-      newline != nullptr ? static_cast<size_t>(static_cast<const BYTE*>(newline) - from) : count;
-  const void* ret = std::memchr(from, '\r', untilNewline);
-  return nFrom +
-         static_cast<DWORD>(ret != nullptr ? static_cast<size_t>(static_cast<const BYTE*>(ret) - from) : untilNewline);
+  size_t window = 256;
+  for (DWORD at = nFrom; at < nEnd; window *= 2) {
+    const BYTE* from = pBuffer + at;
+    const size_t count = nEnd - at < window ? nEnd - at : window;
+    const void* newline = std::memchr(from, '\n', count);
+    const size_t untilNewline =
+        newline != nullptr ? static_cast<size_t>(static_cast<const BYTE*>(newline) - from) : count;
+    const void* ret = std::memchr(from, '\r', untilNewline);
+    if (ret != nullptr) return at + static_cast<DWORD>(static_cast<const BYTE*>(ret) - from);
+    if (newline != nullptr) return at + static_cast<DWORD>(untilNewline);
+    at += static_cast<DWORD>(count);
+  }
+  return nEnd;
 }
 
 // Where the comment of the line [nFrom, nEnd) starts (its first ";"), or nEnd.
