@@ -2,14 +2,19 @@
 // that no reader can make sense of.
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 
 #include "devdef/devdef.h"
@@ -83,7 +88,95 @@ bool ThrowsDiskFull(KCDeviceDefCtrl& ctrl, const WriterCase& c, CFile& file) {
   return false;
 }
 
+// A layout 7 catalogue whose text is several blocks of 64 KB long, with the
+// number of pieces its writer puts out.
+std::string LongCatalogue(int* pPieces) {
+  std::string text = "DEF_LAYOUT_VERSION = 7\nK:\n:M\n";
+  const int devices = 2000;
+  for (int d = 0; d < devices; ++d) {
+    text += "D" + std::to_string(d) + "\n{\n";
+    for (int i = 0; i < 2; ++i) {
+      text += "KVR5DEF: " + std::to_string(2 * d + i + 1) + " 0 0 1 1 2 3 4 5 6 7 8 9 10 11 : text\n";
+    }
+    text += "}\n";
+  }
+  // The version and header lines, a kind, a manufacturer, then per device
+  // its name line, its definitions and its closing line.
+  *pPieces = 4 + 1 + 1 + devices * (1 + 2 + 1);
+  return text;
+}
+
+// Writes ctrl's catalogue into a new plain file at path, in a child process
+// whose files cannot grow beyond limit bytes. True when the write operation
+// passed a CFileException out.
+bool WriteWithSizeLimit(KCDeviceDefCtrl& ctrl, const char* path, rlim_t limit) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    std::signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails instead
+    const rlimit size{limit, limit};
+    int code = ::setrlimit(RLIMIT_FSIZE, &size) == 0 ? 2 : 3;
+    try {
+      CFile file(path, CFile::modeCreate | CFile::modeWrite);
+      CArchive ar(&file, CArchive::store);
+      ctrl.WriteDefFile(ar);
+    } catch (CFileException* e) {
+      e->Delete();
+      code = code == 2 ? 0 : 3;
+    }
+    ::_exit(code);
+  }
+  int status = 0;
+  return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 }  // namespace
+
+// The library's own plain file gets the pieces in blocks, a subclass of it
+// every piece; either way a failure reaches the caller with the bytes in
+// front of it in the file, whether it falls in the first block or a later
+// one.
+TEST(FaultInjection, PlainFilesGetBlocksOthersEveryPiece) {
+  int pieces = 0;
+  const std::string text = LongCatalogue(&pieces);
+  KCDeviceDefCtrlV3 ctrl("", 5, 0, nullptr);
+  ASSERT_EQ(ReadText(ctrl, text), 1);
+  const std::string whole = Written(ctrl);
+  ASSERT_GT(whole.size(), 3u * 65536);
+
+  struct CountingFile : CFile {
+    using CFile::CFile;
+    void Write(const void* lpBuf, UINT nCount) override {
+      ++writes;
+      CFile::Write(lpBuf, nCount);
+    }
+    int writes = 0;
+  };
+  TempFile target("");
+  {
+    CountingFile file(target.Path(), CFile::modeCreate | CFile::modeWrite);
+    CArchive ar(&file, CArchive::store);
+    EXPECT_EQ(ctrl.WriteDefFile(ar), 1);
+    EXPECT_EQ(file.writes, pieces);
+  }
+  {
+    CFile file(target.Path(), CFile::modeCreate | CFile::modeWrite);
+    CArchive ar(&file, CArchive::store);
+    EXPECT_EQ(ctrl.WriteDefFile(ar), 1);
+    // Written through before the operation returned, not at the close.
+    EXPECT_EQ(CFile(target.Path(), CFile::modeRead).GetLength(), whole.size());
+  }
+  std::ifstream written(target.Path(), std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(written), {}), whole);
+
+  for (size_t limit : {size_t{0}, size_t{100}, size_t{65536}, size_t{65537 + 4000}, whole.size() - 1}) {
+    EXPECT_TRUE(WriteWithSizeLimit(ctrl, target.Path(), static_cast<rlim_t>(limit))) << "limit " << limit;
+    std::ifstream cut(target.Path(), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(cut), {}), whole.substr(0, limit)) << "limit " << limit;
+  }
+  EXPECT_FALSE(WriteWithSizeLimit(ctrl, target.Path(), static_cast<rlim_t>(whole.size())));
+  EXPECT_EQ(Written(ctrl), whole);
+  ctrl.RemoveDefLists();
+}
 
 // Whatever byte the file fails at, the exception reaches the caller, the
 // file holds the bytes up to that point, and the catalogue is as it was.
