@@ -1,0 +1,143 @@
+// The comparison of two catalogues by meaning: each kind of change, header
+// lists renumbered without any definition changing, moves, ids that are 0
+// or repeat, and files of two layouts.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tools/diff/catalogue_diff.h"
+
+namespace {
+
+std::unique_ptr<Analysis> Read(const std::string& text) {
+  std::unique_ptr<Analysis> analysis = Analysis::ReadText("test.def", text, AnalysisOptions());
+  EXPECT_TRUE(analysis->Usable()) << analysis->Error();
+  return analysis;
+}
+
+// Each change as "change what path/name #id field,field old_line new_line".
+std::vector<std::string> Diff(const std::string& oldText, const std::string& newText, bool visibleOnly = false) {
+  std::unique_ptr<Analysis> oldFile = Read(oldText);
+  std::unique_ptr<Analysis> newFile = Read(newText);
+  DiffOptions options;
+  options.visibleOnly = visibleOnly;
+  std::vector<std::string> out;
+  for (const DiffChange& change : DiffCatalogues(*oldFile, *newFile, options)) {
+    std::string line = std::string(ChangeName(change.change)) + " " + WhatName(change.what) + " ";
+    for (const std::string& name : change.path) line += name + "/";
+    line += change.name;
+    if (change.hasId) line += "#" + std::to_string(change.id);
+    for (const auto& field : change.fields) line += " " + field.first + "=" + field.second.first.dump() + ">" + field.second.second.dump();
+    if (!change.from.empty()) line += " from " + change.from[0] + "/" + change.from[1];
+    line += " " + std::to_string(change.oldLine) + ":" + std::to_string(change.newLine);
+    out.push_back(line);
+  }
+  return out;
+}
+
+const std::string kOld =
+    "DEF_LAYOUT_VERSION = 1 \n"      // 1
+    "HOUSING_LIST DIP8, PLCC32;\n"   // 2
+    "ADAPTER_LIST ADP1, ADP2;\n"     // 3
+    "MODUL_LIST BASE, FAST;\n"       // 4
+    "EPROM:\n"                       // 5
+    ":AMD\n"                         // 6
+    "A1\n"                           // 7
+    "{\n"                            // 8
+    "KVR5DEF: 1 0 0 0 28 : one\n"    // 9
+    "KVR5DEF: 2 1 1 1 28 : two\n"    // 10
+    "KVR5DEF: 3 1 1 1 28 : three\n"  // 11
+    "}\n"                            // 12
+    "MOVER\n"                        // 13
+    "{\n"                            // 14
+    "KVR5DEF: 9 0 0 0 1 : m\n"       // 15
+    "}\n"                            // 16
+    ":Gone\n"                        // 17
+    "OLD\n"                          // 18
+    "{\n"                            // 19
+    "}\n";                           // 20
+
+TEST(Diff, EachKindOfChange) {
+  const std::string changed =
+      "DEF_LAYOUT_VERSION = 1 \n"           // 1
+      "HOUSING_LIST DIP8, PLCC32;\n"        // 2
+      "ADAPTER_LIST ADP1, ADP2;\n"          // 3
+      "MODUL_LIST BASE, FAST;\n"            // 4
+      "EPROM:\n"                            // 5
+      ":AMD\n"                              // 6
+      "A1\n"                                // 7
+      "{\n"                                 // 8
+      "KVR5DEF: 1 0 1 0 28 : one, faster\n" // 9
+      "KVR5DEF: 3 1 1 1 28 : three\n"       // 10
+      "KVR4DEF: 4 1 1 0,1 28 : four\n"      // 11
+      "}\n"                                 // 12
+      "NEW\n"                               // 13
+      "{\n"                                 // 14
+      "}\n"                                 // 15
+      "FLASH:\n"                            // 16
+      ":Intel\n"                            // 17
+      "MOVER\n"                             // 18
+      "{\n"                                 // 19
+      "KVR5DEF: 9 0 0 0 1 : m\n"            // 20
+      "}\n";                                // 21
+  EXPECT_EQ(Diff(kOld, changed),
+            (std::vector<std::string>{
+                "added kind FLASH 0:16",
+                "added manufacturer FLASH/Intel 0:17",
+                "removed manufacturer EPROM/Gone 17:0",
+                "changed definition EPROM/AMD/A1/#1 module=\"BASE\">\"FAST\" text=\" one\">\" one, faster\" 9:9",
+                "added definition EPROM/AMD/A1/#4 0:11",
+                "removed definition EPROM/AMD/A1/#2 10:0",
+                "added device EPROM/AMD/NEW 0:13",
+                "moved device FLASH/Intel/MOVER from EPROM/AMD 13:18",
+                "removed device EPROM/Gone/OLD 18:0",
+            }));
+  EXPECT_TRUE(Diff(kOld, kOld).empty());
+}
+
+TEST(Diff, RenumberedListChangesNoDefinition) {
+  // A name put in front of HOUSING_LIST and ADAPTER_LIST shifts every
+  // number behind it; the definitions name the same packages as before.
+  std::string renumbered = kOld;
+  renumbered.replace(renumbered.find("HOUSING_LIST DIP8"), 17, "HOUSING_LIST QFP64, DIP8");
+  renumbered.replace(renumbered.find("ADAPTER_LIST ADP1, ADP2"), 23, "ADAPTER_LIST ADP2, ADP1");
+  for (const char* line : {"KVR5DEF: 1 0 0 0 28", "KVR5DEF: 2 1 1 1 28", "KVR5DEF: 3 1 1 1 28", "KVR5DEF: 9 0 0 0 1"}) {
+    std::string to = line;
+    to[11] = static_cast<char>(to[11] + 1);                   // the package
+    to[15] = to[15] == '0' ? '1' : '0';                       // the adapter
+    renumbered.replace(renumbered.find(line), to.size(), to);
+  }
+  EXPECT_EQ(Diff(kOld, renumbered), (std::vector<std::string>{"added list-entry HOUSING_LIST/QFP64 number=null>0 0:2",
+                                                              "moved list-entry ADAPTER_LIST/ADP1 number=0>1 3:3"}));
+}
+
+TEST(Diff, ZeroAndRepeatedIdsPairByPlace) {
+  const std::string head = "DEF_LAYOUT_VERSION = 2 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\n";
+  const std::string oldText = head +
+                              "KVR5DEF: 0 0 0 0 1 2 3 : first zero\n"
+                              "KVR5DEF: 0 0 0 0 1 2 3 : second zero\n"
+                              "KVR3DEF: 7 0 0 0 1 2 3 : hidden seven\n"
+                              "KVR5DEF: 7 0 0 0 1 2 3 : seven\n}\n";
+  const std::string newText = head +
+                              "KVR5DEF: 0 0 0 0 1 2 3 : first zero\n"
+                              "KVR5DEF: 0 0 0 0 1 2 9 : second zero\n"
+                              "KVR3DEF: 7 0 0 0 1 2 3 : hidden seven, changed\n"
+                              "KVR5DEF: 7 0 0 0 1 2 3 : seven\n}\n";
+  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"changed definition K/M/D/#0 value2=3>9 10:10",
+                                                              "changed definition K/M/D/#7 text=\" hidden seven\">\" hidden "
+                                                              "seven, changed\" 11:11"}));
+  // The hidden definition is left out with --visible-only.
+  EXPECT_EQ(Diff(oldText, newText, true).size(), 1u);
+}
+
+TEST(Diff, FilesOfTwoLayouts) {
+  const std::string layout1 =
+      "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 28 : t\n}\n";
+  const std::string layout2 =
+      "DEF_LAYOUT_VERSION = 2 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 5 6 28 : t\n}\n";
+  EXPECT_EQ(Diff(layout1, layout2),
+            (std::vector<std::string>{"changed definition K/M/D/#1 value0=0>5 value1=0>6 9:9"}));
+}
+
+}  // namespace

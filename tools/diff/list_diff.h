@@ -1,0 +1,23 @@
+// The differences between two header lists by their names: entries added,
+// removed, and moved (their order among the entries both lists hold
+// changed). Entries that only shift because others came or went are not
+// moved.
+#ifndef DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
+#define DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
+
+#include <string>
+#include <vector>
+
+struct ListEntryChange {
+  enum class Change { kAdded, kRemoved, kMoved };
+  Change change;
+  std::string name;
+  long oldIndex = -1;  // -1: not in that list
+  long newIndex = -1;
+};
+
+// O(n log n) in the lengths of the lists; a name that stands twice counts
+// as two entries, matched in order.
+std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList, const std::vector<std::string>& newList);
+
+#endif  // DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
