@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "tools/analysis/catalogue_checks.h"
@@ -193,7 +194,14 @@ Analysis::~Analysis() = default;
 std::unique_ptr<Analysis> Analysis::ReadFile(const std::string& path, const AnalysisOptions& options) {
   std::unique_ptr<Analysis> analysis(new Analysis());
   analysis->m_path = path;
-  if (ReadBytes(path, analysis->m_bytes, analysis->m_error)) analysis->ReadThrough(path, options);
+  if (!ReadBytes(path, analysis->m_bytes, analysis->m_error)) return analysis;
+  // A pipe (a process substitution, /dev/stdin) gives its bytes once: the
+  // library reads them from a file of their own.
+  struct stat info;
+  if (::stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+    return ReadText(path, std::move(analysis->m_bytes), options);
+  }
+  analysis->ReadThrough(path, options);
   return analysis;
 }
 
