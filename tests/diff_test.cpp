@@ -3,9 +3,13 @@
 // or repeat, and files of two layouts.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+#include "tests/tool_run.h"
 #include "tools/diff/catalogue_diff.h"
 
 namespace {
@@ -138,6 +142,49 @@ TEST(Diff, FilesOfTwoLayouts) {
       "DEF_LAYOUT_VERSION = 2 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 5 6 28 : t\n}\n";
   EXPECT_EQ(Diff(layout1, layout2),
             (std::vector<std::string>{"changed definition K/M/D/#1 value0=0>5 value1=0>6 9:9"}));
+}
+
+}  // namespace
+
+namespace {
+
+// The command end to end: exit statuses as diff(1), the JSON parsed back,
+// and the command as git's external diff driver in a repository.
+TEST(DiffCommand, ExitStatusJsonAndGitDriver) {
+  char dirName[] = "/tmp/devdef-diff-XXXXXX";
+  ASSERT_NE(::mkdtemp(dirName), nullptr);
+  const std::string dir = dirName;
+  std::ofstream(dir + "/old.def", std::ios::binary) << kOld;
+  std::string edited = kOld;
+  edited.replace(edited.find("KVR5DEF: 2 1 1 1 28 : two"), 25, "KVR5DEF: 2 1 0 1 28 : two");
+  std::ofstream(dir + "/new.def", std::ios::binary) << edited;
+
+  const ToolRun same = RunTool("diff old.def old.def", "2>&1", dir);
+  EXPECT_EQ(same.status, 0);
+  EXPECT_EQ(same.out, "");
+  EXPECT_EQ(RunTool("diff old.def missing.def", "2>/dev/null", dir).status, 2);
+  const ToolRun text = RunTool("diff old.def new.def", "2>&1", dir);
+  EXPECT_EQ(text.status, 1);
+  EXPECT_EQ(text.out, "EPROM / AMD / A1\n  ~ definition 2 (old line 10, new line 10)\n      module: FAST -> BASE\n");
+  const nlohmann::json json = nlohmann::json::parse(RunTool("diff --json old.def new.def", "2>&1", dir).out);
+  EXPECT_EQ(json["schema"], 1);
+  EXPECT_EQ(json["old"]["file"], "old.def");
+  ASSERT_EQ(json["changes"].size(), 1u);
+  EXPECT_EQ(json["changes"][0]["fields"]["module"], nlohmann::json::parse(R"(["FAST", "BASE"])"));
+  EXPECT_EQ(json["changes"][0]["path"], nlohmann::json::parse(R"(["EPROM", "AMD", "A1"])"));
+
+  // git hands the driver seven arguments and takes any status but 0 for a
+  // failure of the driver.
+  const std::string git = "cd '" + dir + "' && git -c user.name=t -c user.email=t@t ";
+  ASSERT_EQ(std::system((git + "init -q repo && cp old.def repo/c.def && cd repo && echo '*.def diff=devdef' > "
+                               ".gitattributes && git config diff.devdef.command '" + ToolPath() + " diff' && git add . && "
+                               "git -c user.name=t -c user.email=t@t commit -qm c && cp ../new.def c.def").c_str()),
+            0);
+  const ToolRun viaGit = RunShell("cd '" + dir + "/repo' && git diff 2>&1");
+  EXPECT_EQ(viaGit.status, 0);
+  EXPECT_EQ(viaGit.out, "devdef diff a/c.def b/c.def\nEPROM / AMD / A1\n  ~ definition 2 (old line 10, new line 10)\n"
+                        "      module: FAST -> BASE\n");
+  std::system(("rm -rf '" + dir + "'").c_str());
 }
 
 }  // namespace

@@ -104,12 +104,23 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
     }
     if (change.change == DiffChange::Change::kMoved && change.what == DiffChange::What::kDevice) {
       what += " moved from " + Joined(change.from, show);
-    } else if (change.change == DiffChange::Change::kMoved) {
-      what += " moved";
     }
     const bool indented = !header.empty();
-    std::fprintf(out, "%s%s%c %s%s%s\n", indented ? "  " : "", on, Sign(change.change), what.c_str(), Lines(change).c_str(), off);
+    if (change.what == DiffChange::What::kListEntry && !change.fields.empty()) {
+      // A list entry's number, where it has one on each side.
+      const json& was = change.fields[0].second.first;
+      const json& is = change.fields[0].second.second;
+      what += change.change == DiffChange::Change::kMoved ? ": number " + was.dump() + " -> " + is.dump()
+                                                          : " (number " + (is.is_null() ? was : is).dump() + ")";
+    }
+    std::string lines = Lines(change);
+    if (!lines.empty() && what.back() == ')') {
+      what.pop_back();
+      lines = ", " + lines.substr(2);
+    }
+    std::fprintf(out, "%s%s%c %s%s%s\n", indented ? "  " : "", on, Sign(change.change), what.c_str(), lines.c_str(), off);
     for (const auto& field : change.fields) {
+      if (change.what == DiffChange::What::kListEntry) break;
       const bool quoted = field.first == "text";
       std::fprintf(out, "%s    %s: %s -> %s\n", indented ? "  " : "", field.first.c_str(),
                    Text(Shown(field.second.first, show), quoted).c_str(),

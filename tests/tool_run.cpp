@@ -1,0 +1,26 @@
+#include "tests/tool_run.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+
+std::string ToolPath() { return DEVDEF_TOOL_PATH; }
+
+ToolRun RunTool(const std::string& arguments, const char* redirect, const std::string& directory) {
+  std::string command = ToolPath() + " " + arguments + " " + redirect;
+  if (!directory.empty()) command = "cd '" + directory + "' && " + command;
+  return RunShell(command);
+}
+
+ToolRun RunShell(const std::string& command) {
+  ToolRun run{-1, std::string()};
+  std::FILE* pipe = ::popen(command.c_str(), "r");
+  if (pipe == nullptr) return run;
+  std::array<char, 4096> buffer;
+  size_t got = 0;
+  while ((got = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), got);
+  const int raw = ::pclose(pipe);
+  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  return run;
+}
