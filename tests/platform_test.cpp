@@ -116,6 +116,25 @@ TEST(CStringTest, AppendFormatCompare) {
   EXPECT_EQ(std::string(own), model);
   own = static_cast<LPCTSTR>(own) + 3;
   EXPECT_EQ(std::string(own), model.substr(3));
+  // Byte by byte across the room of a short block (32767) into a long one,
+  // and back to a short copy.
+  CString grown;
+  std::string grownModel;
+  for (int i = 0; i < 40000; ++i) {
+    grown += static_cast<char>('a' + i % 26);
+    grownModel += static_cast<char>('a' + i % 26);
+    if (i == 32766 || i == 32767) {
+      EXPECT_EQ(std::string(grown), grownModel);
+    }
+  }
+  EXPECT_EQ(std::string(grown), grownModel);
+  grown.Delete(0, 39990);
+  EXPECT_EQ(std::string(grown), grownModel.substr(39990));
+  EXPECT_EQ(std::string(CString(grown)), grownModel.substr(39990));
+  CString exact('x', 32767);
+  exact += 'y';
+  EXPECT_EQ(exact.GetLength(), 32768);
+  EXPECT_EQ(exact.Find('y'), 32767);
   own.Empty();
   EXPECT_STREQ(own, "");
   CString buffer;

@@ -45,12 +45,18 @@ bool Within(const char* p, const char* pBegin, const char* pEnd) {
 void CString::Reserve(int nLength) {
   if (nLength > kMaxLength || nLength < 0) throw std::length_error("CString: text too long");
   const int length = GetLength();
-  if (m_pchData != nullptr && Header()->nAllocLength >= nLength) return;
-  void* block = ::operator new(sizeof(Data) + static_cast<size_t>(nLength) + 1);
-  Data* header = static_cast<Data*>(block);
-  header->nDataLength = length;
-  header->nAllocLength = nLength;
-  char* chars = reinterpret_cast<char*>(header + 1);
+  if (m_pchData != nullptr && Room() >= nLength) return;
+  const bool isShort = nLength <= kShortRoom;
+  const size_t head = isShort ? 4 : 8;
+  char* block = static_cast<char*>(::operator new(head + static_cast<size_t>(nLength) + 1));
+  if (isShort) {
+    const unsigned word = kShortBlock | static_cast<unsigned>(nLength) << 16 | static_cast<unsigned>(length);
+    std::memcpy(block, &word, sizeof word);
+  } else {
+    std::memcpy(block, &nLength, sizeof nLength);
+    std::memcpy(block + 4, &length, sizeof length);
+  }
+  char* chars = block + head;
   if (length > 0) std::memcpy(chars, m_pchData, static_cast<size_t>(length));
   chars[length] = '\0';
   Free();
@@ -58,13 +64,13 @@ void CString::Reserve(int nLength) {
 }
 
 void CString::Grow(int nLength) {
-  const long long room = m_pchData != nullptr ? Header()->nAllocLength : 0;
+  const long long room = m_pchData != nullptr ? Room() : 0;
   const long long doubled = std::min<long long>(2 * room, kMaxLength);
   Reserve(static_cast<int>(std::max<long long>({nLength, doubled, kMinGrowth})));
 }
 
 void CString::Free() {
-  if (m_pchData != nullptr) ::operator delete(Header());
+  if (m_pchData != nullptr) ::operator delete(m_pchData - ((Word() & kShortBlock) != 0 ? 4 : 8));
   m_pchData = nullptr;
 }
 
@@ -79,7 +85,7 @@ void CString::Assign(LPCTSTR pch, int nLength) {
     SetLength(nLength);
     return;
   }
-  if (m_pchData == nullptr || Header()->nAllocLength < nLength) {
+  if (m_pchData == nullptr || Room() < nLength) {
     Free();
     Reserve(nLength);
   }
@@ -127,7 +133,7 @@ CString& CString::Append(LPCTSTR pch, int nLength) {
   if (pch == nullptr || nLength <= 0) return *this;
   const int length = GetLength();
   if (nLength > kMaxLength - length) throw std::length_error("CString: text too long");
-  if (m_pchData == nullptr || Header()->nAllocLength - length < nLength) {
+  if (m_pchData == nullptr || Room() - length < nLength) {
     // The bytes may come from this string, whose block is about to move.
     const bool own = Within(pch, m_pchData, m_pchData + length);
     const ptrdiff_t offset = own ? pch - m_pchData : 0;

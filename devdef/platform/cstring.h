@@ -3,12 +3,15 @@
 // gives the zero-terminated characters.
 //
 // A string is one pointer: null while it is empty and has no storage, else
-// the characters of a heap block that starts with the length and the room.
-// A catalogue holds two strings per definition, most of them empty.
+// the characters of a heap block that starts with the length and the room,
+// in 4 bytes for a short string. A catalogue holds two strings per
+// definition, most of them empty, and a short text per line.
 #ifndef DEVDEF_PLATFORM_CSTRING_H_
 #define DEVDEF_PLATFORM_CSTRING_H_
 
 #include "devdef/platform/export.h"
+
+#include <cstring>
 
 #include "devdef/platform/types.h"
 
@@ -33,7 +36,7 @@ class DEVDEF_API CString {
   }
   CString& operator=(LPCTSTR psz);
 
-  int GetLength() const { return m_pchData != nullptr ? Header()->nDataLength : 0; }
+  int GetLength() const { return m_pchData != nullptr ? Length() : 0; }
   BOOL IsEmpty() const { return GetLength() == 0; }
   // Empties the string; the storage is kept for the next use.
   void Empty() {
@@ -49,7 +52,7 @@ class DEVDEF_API CString {
   CString& operator+=(LPCTSTR psz);  // a null pointer adds nothing
   CString& operator+=(TCHAR ch) {
     const int length = GetLength();
-    if (m_pchData == nullptr || length == Header()->nAllocLength) Grow(length + 1);
+    if (m_pchData == nullptr || length == Room()) Grow(length + 1);
     m_pchData[length] = ch;
     SetLength(length + 1);
     return *this;
@@ -94,16 +97,37 @@ class DEVDEF_API CString {
   void Preallocate(int nLength);
 
  private:
-  // What a heap block holds in front of the characters.
-  struct Data {
-    int nDataLength;   // characters in use; a zero byte follows them
-    int nAllocLength;  // characters the block has room for, the zero not counted
-  };
+  // What a heap block holds in front of the characters, in the 32-bit word
+  // right in front of them. A short block (room for at most 32767
+  // characters) has only that word: the top bit set, the room in the next 15
+  // bits and the length in the low 16. A long block has the room as an int in
+  // front of the word, and the length in it, whose top bit is clear.
+  static const unsigned kShortBlock = 0x80000000u;
+  static const int kShortRoom = 0x7FFF;
 
-  Data* Header() const { return reinterpret_cast<Data*>(m_pchData) - 1; }
-  // Only with storage: sets the length and the zero behind it.
+  unsigned Word() const {
+    unsigned word;
+    std::memcpy(&word, m_pchData - 4, sizeof word);
+    return word;
+  }
+  // Only with storage: the length, the room, and the length set with the
+  // zero behind it.
+  int Length() const {
+    const unsigned word = Word();
+    return static_cast<int>((word & kShortBlock) != 0 ? word & 0xFFFFu : word);
+  }
+  int Room() const {
+    const unsigned word = Word();
+    if ((word & kShortBlock) != 0) return static_cast<int>((word >> 16) & 0x7FFFu);
+    int room;
+    std::memcpy(&room, m_pchData - 8, sizeof room);
+    return room;
+  }
   void SetLength(int nLength) {
-    Header()->nDataLength = nLength;
+    const unsigned word = Word();
+    const unsigned newWord =
+        (word & kShortBlock) != 0 ? (word & 0xFFFF0000u) | static_cast<unsigned>(nLength) : static_cast<unsigned>(nLength);
+    std::memcpy(m_pchData - 4, &newWord, sizeof newWord);
     m_pchData[nLength] = '\0';
   }
   // Room for at least nLength characters, the content kept; the room at
