@@ -107,3 +107,81 @@ std::string GenerateCatalogue(int layout, size_t targetBytes, std::uint32_t seed
   }
   return out;
 }
+
+const char* ShapeName(InputShape shape) {
+  switch (shape) {
+    case InputShape::kNumbers: return "numbers";
+    case InputShape::kName: return "name";
+    case InputShape::kText: return "text";
+    case InputShape::kDevices: return "devices";
+    case InputShape::kLists: return "lists";
+    case InputShape::kDefinitions: return "definitions";
+    case InputShape::kHousings: return "housings";
+    case InputShape::kCrLines: return "cr_lines";
+  }
+  return "";
+}
+
+int ShapeLayout(InputShape shape) {
+  return shape == InputShape::kDefinitions || shape == InputShape::kHousings ? 7 : 1;
+}
+
+std::string GenerateShape(InputShape shape, size_t targetBytes) {
+  const std::string head = ShapeLayout(shape) == 7
+                               ? "DEF_LAYOUT_VERSION = 7\r\nHOUSING_LIST { P0, P1 }\r\nADAPTER_LIST { A0, A1 }\r\n"
+                                 "MODUL_LIST M0;\r\n\r\nKind:\r\n\r\n:Maker\r\n\r\n"
+                               : "DEF_LAYOUT_VERSION = 1\r\nHOUSING_LIST P0, P1;\r\nADAPTER_LIST A0, A1;\r\n"
+                                 "MODUL_LIST M0;\r\n\r\nKind:\r\n\r\n:Maker\r\n\r\n";
+  const char* values7 = " 1 2 3 4 5 6 7 8 9 10 11 : text\r\n";
+  std::string out;
+  out.reserve(targetBytes + 4096);
+  switch (shape) {
+    case InputShape::kNumbers:
+      out = head + "Dev\r\n{\r\nKVR5DEF: 1 0 0 0";
+      for (unsigned i = 1; out.size() < targetBytes; ++i) out += "," + std::to_string(i % 400);
+      out += " 7 : text\r\n}\r\n";
+      break;
+    case InputShape::kName:
+      out = head;
+      out.append(targetBytes, 'N');
+      out += "\r\n{\r\nKVR5DEF: 1 0 0 1 7 : text\r\n}\r\n";
+      break;
+    case InputShape::kText:
+      out = head + "Dev\r\n{\r\nKVR5DEF: 1 0 0 1 7 :";
+      while (out.size() < targetBytes) out += " text";
+      out += "\r\n}\r\n";
+      break;
+    case InputShape::kDevices:
+      out = head;
+      for (unsigned i = 0; out.size() < targetBytes; ++i) out += "D" + std::to_string(i) + "\r\n{\r\n}\r\n";
+      break;
+    case InputShape::kLists: {
+      out = "DEF_LAYOUT_VERSION = 1\r\n";
+      const char* keywords[] = {"HOUSING_LIST ", "ADAPTER_LIST ", "MODUL_LIST "};
+      for (const char* keyword : keywords) {
+        out += keyword;
+        const size_t end = out.size() + targetBytes / 3;
+        for (unsigned i = 0; out.size() < end; ++i) out += "A_B_P" + std::to_string(i) + "/Z, ";
+        out += "last;\r\n";
+      }
+      out += "\r\nKind:\r\n\r\n:Maker\r\n\r\nDev\r\n{\r\nKVR5DEF: 1 0 0 1 7 : text\r\n}\r\n";
+      break;
+    }
+    case InputShape::kDefinitions:
+      out = head + "Dev\r\n{\r\n";
+      for (unsigned i = 1; out.size() < targetBytes; ++i) out += "KVR5DEF: " + std::to_string(i) + " 0 0 1" + values7;
+      out += "}\r\n";
+      break;
+    case InputShape::kHousings:
+      out = head + "Dev\r\n{\r\nDEVICE_HOUSING_LIST: { 0";
+      for (unsigned i = 1; out.size() < targetBytes; ++i) out += ", " + std::to_string(i % 100);
+      out += std::string(" }\r\nKVR5DEF: 1 0 0 1") + values7 + "}\r\n";
+      break;
+    case InputShape::kCrLines:
+      for (char c : GenerateCatalogue(1, targetBytes)) {
+        if (c != '\n') out += c;
+      }
+      break;
+  }
+  return out;
+}

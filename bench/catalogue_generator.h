@@ -13,4 +13,20 @@
 // with the seven numbers that the conversion takes.
 std::string GenerateCatalogue(int layout, size_t targetBytes, std::uint32_t seed = 1);
 
+// Files that put all their bytes into one kind of input, each of about
+// targetBytes bytes:
+enum class InputShape {
+  kNumbers,      // layout 1: one definition line with that many adapter numbers
+  kName,         // layout 1: one device name
+  kText,         // layout 1: the text of one definition
+  kDevices,      // layout 1: devices without definitions
+  kLists,        // layout 1: the three header lists, each on one line
+  kDefinitions,  // layout 7: one device with that many definitions
+  kHousings,     // layout 7: one housing line of a device
+  kCrLines,      // layout 1: a catalogue whose lines end in CR alone
+};
+const char* ShapeName(InputShape shape);
+int ShapeLayout(InputShape shape);
+std::string GenerateShape(InputShape shape, size_t targetBytes);
+
 #endif  // DEVDEF_BENCH_CATALOGUE_GENERATOR_H_
