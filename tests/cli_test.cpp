@@ -73,15 +73,33 @@ TEST(Cli, TreeOfEachLayout) {
   }
   const nlohmann::json v7 = nlohmann::json::parse(Tool("tree --json " + Example("adapters_v7.def")).out);
   EXPECT_EQ(v7["layout"], 7);
-  EXPECT_EQ(v7["adapters"][0], "ADP_U_PLCC32/ZIF");
-  const nlohmann::json& device = v7["kinds"][0]["manufacturers"][0]["devices"][0];
+  EXPECT_EQ(v7["adapters"][0], (nlohmann::json{{"number", 0}, {"name", "ADP_U_PLCC32/ZIF"}}));
+  const nlohmann::json& manufacturer = v7["kinds"][0]["manufacturers"][0];
+  const nlohmann::json& device = manufacturer["devices"][0];
   EXPECT_EQ(device["name"], "AT89C51");
   EXPECT_EQ(device["housings"].size(), 3u);
   EXPECT_EQ(device["definitions"][1]["values"][4], 0x2F);
-  // The lines of the name and of each definition; line 24 makes none.
+  // The lines of the kind, manufacturer, name and each definition; line 24
+  // makes none. A device carries its kind and manufacturer as the tree does.
+  EXPECT_EQ(v7["kinds"][1]["line"], 41);
+  EXPECT_EQ(device["kind"], (nlohmann::json{{"name", "Microcontroller"}, {"line", 15}}));
+  EXPECT_EQ(device["manufacturer"]["line"], manufacturer["line"]);
   EXPECT_EQ(device["line"], 19);
   EXPECT_EQ(device["definitions"][0]["line"], 22);
   EXPECT_EQ(device["definitions"][1]["line"], 23);
+}
+
+// Every document names its schema, the file, its layout and the encoding
+// its text was decoded with.
+TEST(Cli, EveryJsonDocumentHasOneFrame) {
+  const std::string file = Example("adapters_v7.def");
+  for (const std::string command : {"tree", "list", "show --id 3010", "find --id 3010", "check"}) {
+    const nlohmann::json document = nlohmann::json::parse(Tool(command + " --json " + file).out);
+    EXPECT_EQ(document["schema"], 1) << command;
+    EXPECT_EQ(document["file"], file) << command;
+    EXPECT_EQ(document["layout"], 7) << command;
+    EXPECT_EQ(document["encoding"], "utf-8") << command;  // its marks are not text
+  }
 }
 
 TEST(Cli, ListAndPatterns) {
@@ -107,7 +125,6 @@ TEST(Cli, ShowAndFind) {
   EXPECT_NE(show.out.find("id 3100  KVR3  (hidden)"), std::string::npos);
   EXPECT_NE(show.out.find("(hidden)  package 2 (PLCC32)  module 0 (BASE)  adapters 0 (ADP_U_PLCC32/ZIF)  line 37\n"),
             std::string::npos);
-  EXPECT_EQ(Tool("show " + Example("adapters_v7.def") + " NoSuchDevice").status, 1);
   const nlohmann::json byId = nlohmann::json::parse(Tool("show --json --id 3011 " + Example("adapters_v7.def")).out);
   EXPECT_EQ(byId["devices"][0]["name"], "AT89S8252");
   EXPECT_EQ(byId["devices"][0]["marks"][0], "0xB0");
@@ -116,18 +133,121 @@ TEST(Cli, ShowAndFind) {
 
   const ToolRun found = Tool("find --json --id 3201 " + Example("adapters_v7.def"));
   ASSERT_EQ(found.status, 0);
-  const nlohmann::json find = nlohmann::json::parse(found.out);
-  EXPECT_EQ(find["device"], "28F320J3");
-  EXPECT_EQ(find["definition"]["package_name"], "TSOP48");
-  EXPECT_EQ(find["definition"]["visible_index"], 0);  // 3200 before it is hidden
-  EXPECT_EQ(find["device_line"], 45);
-  EXPECT_EQ(find["definition"]["line"], 49);
+  const nlohmann::json match = nlohmann::json::parse(found.out)["matches"][0];
+  EXPECT_EQ(match["device"]["name"], "28F320J3");
+  EXPECT_EQ(match["device"]["line"], 45);
+  ASSERT_EQ(match["definitions"].size(), 1u);
+  EXPECT_EQ(match["definitions"][0], match["device"]["definitions"][1]);
+  EXPECT_EQ(match["definitions"][0]["package_name"], "TSOP48");
+  EXPECT_EQ(match["definitions"][0]["visible_index"], 0);  // 3200 before it is hidden
+  EXPECT_EQ(match["definitions"][0]["line"], 49);
   const ToolRun foundText = Tool("find --id 3201 " + Example("adapters_v7.def"));
   EXPECT_NE(foundText.out.find("device: 28F320J3 (line 45)\nvisible index: 0\nid: 3201 (line 49)\n"), std::string::npos);
-  // A hidden definition is not found; neither is an unknown id.
-  EXPECT_EQ(Tool("find --id 3100 " + Example("adapters_v7.def")).status, 1);
   EXPECT_EQ(Tool("find --id 3100 --generation 3 " + Example("adapters_v7.def")).status, 0);
-  EXPECT_EQ(Tool("find --id -1 " + Example("adapters_v7.def")).status, 1);
+}
+
+// A hidden definition is not found by its id, but the message says which
+// generation shows it; the JSON names its device as a candidate.
+TEST(Cli, HiddenIdSaysItsGeneration) {
+  const std::string file = Example("adapters_v7.def");
+  for (const char* command : {"show", "find"}) {
+    const ToolRun hidden = Tool(std::string(command) + " --id 3100 " + file, "2>&1 >/dev/null");
+    EXPECT_EQ(hidden.status, 1);
+    EXPECT_EQ(hidden.out, "devdef: id 3100 is hidden: its generation is 3 (devdef " + std::string(command) +
+                              " --generation 3 " + file + " --id 3100)\n");
+    const nlohmann::json json = nlohmann::json::parse(Tool(std::string(command) + " --json --id 3100 " + file).out);
+    EXPECT_TRUE(json[command == std::string("show") ? "devices" : "matches"].empty());
+    EXPECT_EQ(json["candidates"][0]["name"], "P89C51RD2");
+    EXPECT_EQ(Tool(std::string(command) + " --id -1 " + file, "2>&1").out,
+              "devdef: no definition has the id 4294967295\n");
+  }
+}
+
+// One way to name a device: ASCII case ignored, '_' as a blank, shell
+// wildcards; list, show and find agree on what a name matches.
+TEST(Cli, NamesMatchAlikeInListShowAndFind) {
+  const std::string file = Example("instruments.def");
+  const struct {
+    const char* argument;
+    const char* name;
+  } names[] = {{"at89s8252", "AT89S8252"}, {"'AT89S*'", "AT89S8252"}, {"'at89?8[0-9]5[!0-1]'", "AT89S8252"},
+               {"Empty_Slot", "Empty Slot"}, {"'empty slot'", "Empty Slot"}, {"'EMPTY_S*'", "Empty Slot"}};
+  for (const auto& name : names) {
+    SCOPED_TRACE(name.argument);
+    const nlohmann::json list = nlohmann::json::parse(Tool("list --json " + file + " " + name.argument).out);
+    ASSERT_EQ(list["devices"].size(), 1u);
+    EXPECT_EQ(list["devices"][0]["name"], name.name);
+    const nlohmann::json show = nlohmann::json::parse(Tool("show --json " + file + " " + name.argument).out);
+    EXPECT_EQ(show["devices"], list["devices"]);  // one object for a device
+    const ToolRun find = Tool("find --json " + file + " " + name.argument, "2>&1");
+    if (list["devices"][0]["visible_definitions"] == 0) {
+      EXPECT_EQ(find.status, 1);
+      EXPECT_NE(find.out.find("names no device with a definition"), std::string::npos) << find.out;
+    } else {
+      EXPECT_EQ(nlohmann::json::parse(find.out)["matches"][0]["device"], list["devices"][0]);
+    }
+  }
+  // Several devices: list and find give them all, show names them and
+  // shows them only with --all.
+  EXPECT_EQ(nlohmann::json::parse(Tool("list --json " + file + " 'at89*'").out)["devices"].size(), 2u);
+  EXPECT_EQ(nlohmann::json::parse(Tool("find --json " + file + " 'at89*'").out)["matches"].size(), 2u);
+  const ToolRun several = Tool("show " + file + " 'at89*'", "2>&1");
+  EXPECT_EQ(several.status, 1);
+  EXPECT_EQ(several.out, "devdef: 'at89*' names 2 devices; name one, or show them all with --all:\n"
+                         "  Microcontroller / Atmel / AT89C51 (line 14)\n"
+                         "  Microcontroller / Atmel / AT89S8252 (line 21)\n");
+  EXPECT_EQ(nlohmann::json::parse(Tool("show --json --all " + file + " 'at89*'").out)["devices"].size(), 2u);
+  // A name that matches nothing: the closest names, in each command alike.
+  for (const char* command : {"list", "show", "find"}) {
+    const ToolRun miss = Tool(std::string(command) + " " + file + " AT89S825", "2>&1 >/dev/null");
+    EXPECT_EQ(miss.status, 1);
+    EXPECT_EQ(miss.out, "devdef: no device named 'AT89S825'; closest: AT89S8252\n") << command;
+    const nlohmann::json json = nlohmann::json::parse(Tool(std::string(command) + " --json " + file + " am27c265").out);
+    ASSERT_EQ(json["candidates"].size(), 1u) << command;
+    EXPECT_EQ(json["candidates"][0]["name"], "Am27C256");
+  }
+  EXPECT_EQ(Tool("show " + file + " NoSuchDevice", "2>&1").out, "devdef: no device named 'NoSuchDevice'\n");
+  EXPECT_EQ(Tool("list " + file + " 'x*'", "2>&1").out, "devdef: no device matches 'x*'\n");
+}
+
+// The same names in a Windows-1252 file and in a UTF-8 one (with mark
+// bytes, which are no text): each shown as it is meant and named by the
+// UTF-8 a terminal gives; bytes the encoding asked for cannot decode are
+// kept in hex.
+TEST(Cli, EncodingsOfNamesAndTexts) {
+  ScratchDir dir;
+  const std::string cp1252 = dir.Path() + "/cp1252.def";
+  std::ofstream(cp1252, std::ios::binary)
+      << "DEF_LAYOUT_VERSION = 1 \r\nHOUSING_LIST DIP8;\r\nADAPTER_LIST ADP;\r\nMODUL_LIST BASE;\r\nEPROM:\r\n"
+         ":Atm\xE9l\r\n\xC4T89C51-\xB5\r\n{\r\nKVR5DEF: 1 0 0 0 28 : 5 \x80 \x81\r\nbad line\r\n}\r\n";
+  const std::string utf8 = dir.Path() + "/utf8.def";
+  std::ofstream(utf8, std::ios::binary)
+      << "DEF_LAYOUT_VERSION = 7 \r\nHOUSING_LIST {\r\n DIP8,\r\n}\r\nADAPTER_LIST {\r\n ADP\r\n}\r\n"
+         "MODUL_LIST BASE;\r\nEPROM:\r\n:Atm\xC3\xA9l\r\n\xB0\xC3\x84T89C51-\xC2\xB5\r\n{\r\n"
+         "\xDFKVR5DEF: 1 0 0 0 28 0 1 2 1F 0 5 6 A 1 0 : 5 \xE2\x82\xAC \xC2\x81\r\n}\r\n";
+  for (const auto& [file, encoding] : {std::pair{cp1252, "cp1252"}, std::pair{utf8, "utf-8"}}) {
+    SCOPED_TRACE(encoding);
+    EXPECT_EQ(Tool("list " + file).out, "EPROM / Atm\u00e9l / \u00c4T89C51-\u00b5 (1 visible)\n");
+    const ToolRun show = Tool("show " + file + " '\u00c4t89c51-\u00b5'");
+    EXPECT_EQ(show.status, 0);
+    EXPECT_NE(show.out.find("text: 5 \u20ac \u0081\n"), std::string::npos) << show.out;
+    const nlohmann::json found = nlohmann::json::parse(Tool("find --json " + file + " '\u00c4T89C51-*'").out);
+    EXPECT_EQ(found["encoding"], encoding);
+    EXPECT_EQ(found["matches"][0]["device"]["manufacturer"]["name"], "Atm\u00e9l");
+    EXPECT_EQ(found["matches"][0]["definitions"][0]["text"], " 5 \u20ac \u0081");
+    EXPECT_FALSE(found["matches"][0]["device"].contains("name_bytes"));
+    // Only ASCII letters fold.
+    EXPECT_EQ(Tool("show " + file + " '\u00e4T89C51-\u00b5'").status, 1);
+  }
+  // The messages of check decode names as the rest of the output does.
+  EXPECT_NE(Tool("check " + cp1252).out.find("the block of the device '\u00c4T89C51-\u00b5' ends here"),
+            std::string::npos);
+  const nlohmann::json forced = nlohmann::json::parse(Tool("show --json --encoding utf-8 --id 1 " + cp1252).out);
+  EXPECT_EQ(forced["encoding"], "utf-8");
+  EXPECT_EQ(forced["devices"][0]["name"], "\ufffdT89C51-\ufffd");
+  EXPECT_EQ(forced["devices"][0]["name_bytes"], "c45438394335312db5");
+  EXPECT_EQ(Tool("list --encoding latin1 " + utf8).out, "EPROM / Atm\u00c3\u00a9l / \u00c3\u0084T89C51-\u00c2\u00b5 (1 visible)\n");
+  EXPECT_EQ(Tool("list --encoding ebcdic " + utf8).status, 2);
 }
 
 // The default form: one line per finding as compilers print them, related

@@ -2,14 +2,22 @@
 
 #include <cstring>
 
-#include "tools/utf8_text.h"
+#include "tools/json_document.h"
 
 using nlohmann::json;
 
 namespace {
 
+// A numbered entry of a header list: {"number", "name"}, the name null when
+// the list has no entry of that number.
 json Named(unsigned number, const char* name) {
-  return json{{"number", number}, {"name", name != nullptr ? json(ToUtf8(name, std::strlen(name))) : json(nullptr)}};
+  json item = json{{"number", number}};
+  if (name != nullptr) {
+    PutShownText(item, "name", name, std::strlen(name));
+  } else {
+    item["name"] = nullptr;
+  }
+  return item;
 }
 
 json Marks(DWORD flags) {
@@ -21,9 +29,11 @@ json Marks(DWORD flags) {
 
 json NameList(const CStringArray& list) {
   json names = json::array();
-  for (int i = 0; i < list.GetSize(); ++i) names.push_back(ToUtf8(list[i]));
+  for (int i = 0; i < list.GetSize(); ++i) names.push_back(Named(static_cast<unsigned>(i), list[i]));
   return names;
 }
+
+json LineOf(const TextRange* place) { return place != nullptr ? json(place->start.line) : json(nullptr); }
 
 // The definition at index, which is the visible-th visible one of its
 // device, or hidden when visible is -1.
@@ -39,33 +49,41 @@ json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int 
   }
   json values = json::array();
   for (DWORD value : def.m_DefValues) values.push_back(static_cast<int>(value));
-  json packageName = nullptr;
-  if (visible >= 0) {
-    const char* name = device.GetDevicePackage(visible);
-    if (name != nullptr) packageName = ToUtf8(name, std::strlen(name));
+  json item = json::object();
+  item["id"] = static_cast<unsigned>(def.m_DefID);
+  item["generation"] = static_cast<unsigned>(def.m_KvrType);
+  item["hidden"] = static_cast<bool>(def.IsHidden());
+  item["visible_index"] = visible >= 0 ? json(visible) : json(nullptr);
+  item["packages"] = std::move(packages);
+  const char* packageName = visible >= 0 ? device.GetDevicePackage(visible) : nullptr;
+  if (packageName != nullptr) {
+    PutShownText(item, "package_name", packageName, std::strlen(packageName));
+  } else {
+    item["package_name"] = nullptr;
   }
-  const TextRange* place = analysis.DefinitionPlace(device, index);
-  return json{
-      {"id", static_cast<unsigned>(def.m_DefID)},
-      {"generation", static_cast<unsigned>(def.m_KvrType)},
-      {"hidden", static_cast<bool>(def.IsHidden())},
-      {"visible_index", visible >= 0 ? json(visible) : json(nullptr)},
-      {"packages", packages},
-      {"package_name", packageName},
-      {"module", Named(def.m_ModulId, DEVICE_ITEM::GetModulName(static_cast<int>(def.m_ModulId)))},
-      {"adapters", adapters},
-      {"values", values},
-      {"text", ToUtf8(def.m_DefLine)},
-      {"marks", Marks(def.m_MarkFlags)},
-      {"line", place != nullptr ? json(place->start.line) : json(nullptr)},
-  };
+  item["module"] = Named(def.m_ModulId, DEVICE_ITEM::GetModulName(static_cast<int>(def.m_ModulId)));
+  item["adapters"] = std::move(adapters);
+  item["values"] = std::move(values);
+  PutShownText(item, "text", def.m_DefLine);
+  item["marks"] = Marks(def.m_MarkFlags);
+  item["line"] = LineOf(analysis.DefinitionPlace(device, index));
+  return item;
 }
 
 }  // namespace
 
-json DeviceLine(const Analysis& analysis, const DEVICE_ITEM& device) {
-  const DevicePlace* place = analysis.PlaceOf(device);
-  return place != nullptr ? json(place->name.start.line) : json(nullptr);
+json KindJson(const Analysis& analysis, POSITION kindPos, const TAG_KIND_OF_DEVICE& kind) {
+  json item = json::object();
+  PutShownText(item, "name", kind.m_Name);
+  item["line"] = LineOf(analysis.KindPlace(kindPos));
+  return item;
+}
+
+json ManufacturerJson(const Analysis& analysis, POSITION manufPos, const TAG_DEVICE_MANUF& manuf) {
+  json item = json::object();
+  PutShownText(item, "name", manuf.m_Name);
+  item["line"] = LineOf(analysis.ManufacturerPlace(manufPos));
+  return item;
 }
 
 json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index) {
@@ -79,7 +97,8 @@ json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index) {
   return DefinitionAt(analysis, device, index, visible);
 }
 
-json DeviceJson(const Analysis& analysis, TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
+json DeviceJson(const Analysis& analysis, const DeviceAt& at) {
+  DEVICE_ITEM& device = *at.device;
   json housings = json::array();
   for (int i = 0; i < device.m_HousingIds.GetSize(); ++i) {
     housings.push_back(Named(device.m_HousingIds[i], DEVICE_ITEM::GetPackageName(device.m_HousingIds[i])));
@@ -91,43 +110,58 @@ json DeviceJson(const Analysis& analysis, TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_M
     definitions.push_back(DefinitionAt(analysis, device, i, hidden ? -1 : visible));
     if (!hidden) ++visible;
   }
-  return json{
-      {"kind", ToUtf8(kind.m_Name)},
-      {"manufacturer", ToUtf8(manuf.m_Name)},
-      {"name", ToUtf8(device.m_DeviceName)},
-      {"line", DeviceLine(analysis, device)},
-      {"marks", Marks(device.m_DeviceFlags)},
-      {"housings", housings},
-      {"visible_definitions", device.GetNumDevDefs()},
-      {"definitions", definitions},
-  };
+  json item = json::object();
+  PutShownText(item, "name", device.m_DeviceName);
+  const DevicePlace* place = analysis.PlaceOf(device);
+  item["line"] = place != nullptr ? json(place->name.start.line) : json(nullptr);
+  item["kind"] = KindJson(analysis, at.kindPos, *at.kind);
+  item["manufacturer"] = ManufacturerJson(analysis, at.manufPos, *at.manuf);
+  item["marks"] = Marks(device.m_DeviceFlags);
+  item["housings"] = std::move(housings);
+  item["visible_definitions"] = device.GetNumDevDefs();
+  item["definitions"] = std::move(definitions);
+  return item;
+}
+
+json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices) {
+  json array = json::array();
+  for (const DeviceAt& at : devices) array.push_back(DeviceJson(analysis, at));
+  return array;
 }
 
 json TreeJson(Analysis& analysis) {
+  // Walks the lists themselves: kinds and manufacturers without devices are
+  // part of the tree too.
   json kinds = json::array();
   CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = analysis.Controller().getDeviceList();
   for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
+    const POSITION kindPos = k;
     TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
     json manufacturers = json::array();
     if (kind.m_pManufList != nullptr) {
       for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+        const POSITION manufPos = m;
         TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
         json devices = json::array();
         if (manuf.m_pDeviceList != nullptr) {
           for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            devices.push_back(DeviceJson(analysis, kind, manuf, manuf.m_pDeviceList->GetNext(d)));
+            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
+            devices.push_back(DeviceJson(analysis, DeviceAt{kindPos, manufPos, &kind, &manuf, &device}));
           }
         }
-        manufacturers.push_back(json{{"name", ToUtf8(manuf.m_Name)}, {"devices", devices}});
+        json item = ManufacturerJson(analysis, manufPos, manuf);
+        item["devices"] = std::move(devices);
+        manufacturers.push_back(std::move(item));
       }
     }
-    kinds.push_back(json{{"name", ToUtf8(kind.m_Name)}, {"manufacturers", manufacturers}});
+    json item = KindJson(analysis, kindPos, kind);
+    item["manufacturers"] = std::move(manufacturers);
+    kinds.push_back(std::move(item));
   }
-  return json{
-      {"layout", analysis.Layout()},
-      {"packages", NameList(DEVICE_ITEM::m_PackageList)},
-      {"adapters", NameList(DEVICE_ITEM::m_AdapterList)},
-      {"modules", NameList(DEVICE_ITEM::m_ModulList)},
-      {"kinds", kinds},
-  };
+  json tree = DocumentFrame(analysis);
+  tree["packages"] = NameList(DEVICE_ITEM::m_PackageList);
+  tree["adapters"] = NameList(DEVICE_ITEM::m_AdapterList);
+  tree["modules"] = NameList(DEVICE_ITEM::m_ModulList);
+  tree["kinds"] = std::move(kinds);
+  return tree;
 }

@@ -1,6 +1,8 @@
-// The catalogue as JSON documents with stable field names; the tool's text
-// output is rendered from the same documents. Devices and definitions carry
-// the 1-based line they stand on in the file, null where it is not known.
+// The catalogue as JSON, one shape for each thing wherever it appears
+// (docs/json.md): a kind, a manufacturer, a device and a definition. The
+// tool's text output is rendered from the same objects. Names and texts are
+// decoded with the run's encoding (tools/json_document.h); "line" is the
+// 1-based line a thing stands on in the file, null where it is not known.
 #ifndef DEVDEF_TOOLS_CATALOGUE_JSON_H_
 #define DEVDEF_TOOLS_CATALOGUE_JSON_H_
 
@@ -8,19 +10,23 @@
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
+#include "tools/device_lookup.h"
 
-// The line of the device's name in the file, or null.
-nlohmann::json DeviceLine(const Analysis& analysis, const DEVICE_ITEM& device);
-// The definition at index of the device's m_DefArray: id, generation,
-// hidden, visible_index (null when hidden), packages, package_name, module,
-// adapters, values, text, marks, line.
+// A kind or a manufacturer: {"name", "line"}.
+nlohmann::json KindJson(const Analysis& analysis, POSITION kindPos, const TAG_KIND_OF_DEVICE& kind);
+nlohmann::json ManufacturerJson(const Analysis& analysis, POSITION manufPos, const TAG_DEVICE_MANUF& manuf);
+// The definition at index of the device's m_DefArray: {"id", "generation",
+// "hidden", "visible_index" (null when hidden), "packages", "package_name",
+// "module", "adapters", "values", "text", "marks", "line"}.
 nlohmann::json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index);
-// One device with all its definitions: kind, manufacturer, name, line,
-// marks, housings, visible_definitions, definitions.
-nlohmann::json DeviceJson(const Analysis& analysis, TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf,
-                          DEVICE_ITEM& device);
-// The whole catalogue the analysis read: layout, header lists and the tree
-// of kinds, manufacturers and devices.
+// A device: {"name", "line", "kind", "manufacturer", "marks", "housings",
+// "visible_definitions", "definitions"}, with all its definitions.
+nlohmann::json DeviceJson(const Analysis& analysis, const DeviceAt& at);
+// An array of the devices.
+nlohmann::json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices);
+// The whole catalogue: the document frame, the header lists "packages",
+// "adapters" and "modules" as numbered names, and "kinds", each kind with
+// its "manufacturers", each with its "devices".
 nlohmann::json TreeJson(Analysis& analysis);
 
 #endif  // DEVDEF_TOOLS_CATALOGUE_JSON_H_

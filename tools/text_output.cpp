@@ -68,18 +68,21 @@ void PrintTreeText(std::FILE* out, const json& tree) {
   }
 }
 
+std::string DevicePathText(const json& device) {
+  return device["kind"]["name"].get<std::string>() + " / " + device["manufacturer"]["name"].get<std::string>() +
+         " / " + device["name"].get<std::string>();
+}
+
 void PrintListText(std::FILE* out, const json& devices) {
   for (const json& device : devices) {
-    std::fprintf(out, "%s / %s / %s (%d visible)\n", device["kind"].get<std::string>().c_str(),
-                 device["manufacturer"].get<std::string>().c_str(), device["name"].get<std::string>().c_str(),
-                 device["visible_definitions"].get<int>());
+    std::fprintf(out, "%s (%d visible)\n", DevicePathText(device).c_str(), device["visible_definitions"].get<int>());
   }
 }
 
 void PrintDeviceText(std::FILE* out, const json& device) {
   std::fprintf(out, "device: %s%s\n", device["name"].get<std::string>().c_str(), LineInParens(device["line"]).c_str());
-  std::fprintf(out, "kind: %s\n", device["kind"].get<std::string>().c_str());
-  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"].get<std::string>().c_str());
+  std::fprintf(out, "kind: %s\n", device["kind"]["name"].get<std::string>().c_str());
+  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"]["name"].get<std::string>().c_str());
   if (!device["marks"].empty()) std::fprintf(out, "marks: %s\n", Marks(device["marks"]).c_str());
   std::fprintf(out, "housings: %s\n", NamedList(device["housings"]).c_str());
   std::fprintf(out, "definitions: %zu, %d visible\n", device["definitions"].size(),
@@ -95,12 +98,10 @@ void PrintDeviceText(std::FILE* out, const json& device) {
   }
 }
 
-void PrintFoundText(std::FILE* out, const json& found) {
-  const json& def = found["definition"];
-  std::fprintf(out, "kind: %s\n", found["kind"].get<std::string>().c_str());
-  std::fprintf(out, "manufacturer: %s\n", found["manufacturer"].get<std::string>().c_str());
-  std::fprintf(out, "device: %s%s\n", found["device"].get<std::string>().c_str(),
-               LineInParens(found["device_line"]).c_str());
+void PrintFoundText(std::FILE* out, const json& device, const json& def) {
+  std::fprintf(out, "kind: %s\n", device["kind"]["name"].get<std::string>().c_str());
+  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"]["name"].get<std::string>().c_str());
+  std::fprintf(out, "device: %s%s\n", device["name"].get<std::string>().c_str(), LineInParens(device["line"]).c_str());
   std::fprintf(out, "visible index: %d\n", def["visible_index"].get<int>());
   std::fprintf(out, "id: %u%s\n", def["id"].get<unsigned>(), LineInParens(def["line"]).c_str());
   std::fprintf(out, "generation: %u\n", def["generation"].get<unsigned>());

@@ -1,20 +1,15 @@
-// The bytes of a definition file as UTF-8, for JSON and the terminal: the
-// files are single-byte text, and bytes of 0x80 and above are taken as
-// Latin-1.
+// The file's bytes as UTF-8 under the older name: the run's encoding
+// decodes them (tools/text_encoding.h). New code calls ShownText.
 #ifndef DEVDEF_TOOLS_UTF8_TEXT_H_
 #define DEVDEF_TOOLS_UTF8_TEXT_H_
 
-#include <cstddef>
 #include <string>
 
-#include "devdef/devdef.h"
+#include "tools/text_encoding.h"
 
-// length bytes from bytes as UTF-8: ASCII stays, each byte of 0x80 and above
-// becomes the two-byte form of the Latin-1 character.
-std::string ToUtf8(const char* bytes, size_t length);
-// A string of the file's bytes as UTF-8, as above.
-std::string ToUtf8(const std::string& bytes);
-// A string of the catalogue as UTF-8, as above.
-std::string ToUtf8(const CString& text);
+// bytes decoded with the run's encoding, as ShownText does.
+inline std::string ToUtf8(const std::string& bytes) { return ShownText(bytes); }
+// text decoded with the run's encoding, as ShownText does.
+inline std::string ToUtf8(const CString& text) { return ShownText(text); }
 
 #endif  // DEVDEF_TOOLS_UTF8_TEXT_H_

@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-#include "tools/analysis/line_end.h"
-
 namespace {
 
 bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
@@ -315,7 +313,10 @@ bool ReadReplay::Device() {
 // ---------------------------------------------------------------------------
 // Lines and names
 
-size_t ReadReplay::LineEndFrom(size_t pos) const { return FindLineEnd(m_b, pos, m_n); }
+size_t ReadReplay::LineEndFrom(size_t pos) const {
+  while (pos < m_n && !IsLineEnd(m_b[pos])) ++pos;
+  return pos;
+}
 
 ReadReplay::Look ReadReplay::LookOf(size_t lineStart) const {
   const size_t end = LineEndFrom(lineStart);

@@ -11,6 +11,7 @@
 #include "tools/diagnostics/gcc_output.h"
 #include "tools/diagnostics/sarif_output.h"
 #include "tools/diagnostics/severity_summary.h"
+#include "tools/json_document.h"
 
 namespace {
 
@@ -51,7 +52,7 @@ int RunCheck(const CheckArguments& args) {
   const std::vector<const Finding*> findings = filter.Apply(analysis->Findings());
   const SeverityCounts counts = CountSeverities(findings);
   if (json) {
-    PrintJson(FindingsJson(args.file, analysis->Layout(), findings));
+    PrintJson(FindingsJson(DocumentFrame(*analysis), findings));
   } else if (args.format == "sarif") {
     PrintJson(SarifLog(args.file, findings));
   } else {

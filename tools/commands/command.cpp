@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "tools/utf8_text.h"
+#include "tools/text_encoding.h"
 
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson) {
   CLI::Option* file =
@@ -16,6 +16,13 @@ CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool wit
   command->add_flag("--check-ids", args.options.checkIds,
                     "check definition ids while reading, and report each definition that repeats one");
   command->add_flag("-q,--quiet", args.quiet, "print no warnings or notes on standard error, only errors");
+  command->add_option("--encoding", args.encoding, "how names and texts of the file are shown and matched: utf-8, "
+                                                  "cp1252 or latin1 (default: utf-8 when the file is UTF-8, "
+                                                  "else cp1252)")
+      ->check([](const std::string& name) {
+        TextEncoding encoding;
+        return ParseTextEncoding(name, &encoding) ? std::string() : "utf-8, cp1252 or latin1 expected, not " + name;
+      });
   if (withJson) command->add_flag("--json", args.json, "print one JSON document instead of text");
   return file;
 }
@@ -40,6 +47,9 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
     std::fprintf(stderr, "devdef: %s\n", analysis->Error().c_str());
     return nullptr;
   }
+  TextEncoding encoding = DetectTextEncoding(analysis->Bytes());
+  if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
+  SetShownEncoding(encoding);
   if (!analysis->Exact()) {
     std::fprintf(stderr,
                  "devdef: warning: the places given for '%s' may be off: the replay of the read lost its step "
@@ -55,7 +65,7 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
         continue;
       }
       std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(),
-                   finding.range.start.line, finding.range.start.column, ToUtf8(finding.message).c_str());
+                   finding.range.start.line, finding.range.start.column, ShownText(finding.message).c_str());
     }
   }
   return analysis;

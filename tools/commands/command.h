@@ -26,18 +26,21 @@ struct CommonArguments {
   AnalysisOptions options;
   bool json = false;
   bool quiet = false;  // no warnings or notes on standard error
+  std::string encoding;  // --encoding; empty: the file's bytes decide
 };
 
-// Adds FILE (required), --layout, --generation and --check-ids to command,
-// and --json when withJson; all of them write into args, which must outlive
-// the parse. Gives the FILE option.
+// Adds FILE (required), --layout, --generation, --check-ids, --quiet and
+// --encoding to command, and --json when withJson; all of them write into
+// args, which must outlive the parse. Gives the FILE option.
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson);
 
 // Adds --id to command: a definition id, signed or unsigned 32-bit.
 CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
 
-// Reads args.file ("-": standard input) with args.options. When it cannot
-// be read or is no definition file: one line on standard error and null.
+// Reads args.file ("-": standard input) with args.options and sets the
+// run's encoding (tools/text_encoding.h): --encoding, else the one the
+// file's bytes call for. When it cannot be read or is no definition file:
+// one line on standard error and null.
 // With --check-ids and reportDuplicates, each definition that repeats an id
 // is reported on standard error, as the reader's check finds it.
 std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates = true);
@@ -63,5 +66,7 @@ Command AddCheckCommand(CLI::App& app);
 Command AddWriteCommand(CLI::App& app);
 Command AddConvertCommand(CLI::App& app);
 Command AddExportCommand(CLI::App& app);
+Command AddDiffCommand(CLI::App& app);
+Command AddLspCommand(CLI::App& app);
 
 #endif  // DEVDEF_TOOLS_COMMANDS_COMMAND_H_

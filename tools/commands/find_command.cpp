@@ -1,57 +1,126 @@
-// devdef find: where the visible definition with an id stands.
+// devdef find: where the visible definitions with an id, or those of the
+// devices a name matches, stand, and their fields.
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "tools/catalogue_json.h"
 #include "tools/commands/command.h"
+#include "tools/device_lookup.h"
+#include "tools/json_document.h"
+#include "tools/lookup_report.h"
 #include "tools/text_output.h"
-#include "tools/utf8_text.h"
 
 using nlohmann::json;
 
 namespace {
 
 struct FindArguments : CommonArguments {
+  std::string name;
   std::int64_t id = 0;
+  bool byId = false;
 };
 
-// The index of def in its device's m_DefArray.
-int IndexOf(DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def) {
-  for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-    if (&device.m_DefArray[i] == &def) return i;
+// A device and the indexes in its m_DefArray of the definitions found.
+struct Found {
+  DeviceAt at;
+  std::vector<int> definitions;
+};
+
+// What a search found; when nothing, the devices meant perhaps and the
+// generations of their hidden definitions.
+struct Search {
+  std::vector<Found> found;
+  std::vector<DeviceAt> candidates;
+  std::vector<unsigned> generations;
+  bool named = false;  // the candidates are the devices named, none with a visible definition
+};
+
+// The visible definition with the id, as the library finds it; else the
+// devices that hold it hidden.
+Search FindById(KCDeviceDefCtrl& ctrl, std::uint32_t id) {
+  Search search;
+  DeviceAt at{};
+  int index = 0;
+  if (FindVisibleDefinition(ctrl, id, &at, &index)) {
+    search.found.push_back(Found{at, {index}});
+    return search;
   }
-  return -1;
+  search.candidates = DevicesWithId(ctrl, id);
+  search.named = !search.candidates.empty();
+  search.generations = HiddenGenerations(search.candidates, false, id);
+  return search;
+}
+
+// The visible definitions of every device the name matches; else those
+// devices, or the closest ones.
+Search FindByName(KCDeviceDefCtrl& ctrl, const NamePattern& pattern) {
+  DeviceLookup lookup = LookUpDevices(ctrl, pattern, false, 3);
+  Search search;
+  for (const DeviceAt& at : lookup.matches) {
+    Found item{at, {}};
+    for (int i = 0; i < at.device->m_DefArray.GetSize(); ++i) {
+      if (!at.device->m_DefArray[i].IsHidden()) item.definitions.push_back(i);
+    }
+    if (!item.definitions.empty()) search.found.push_back(std::move(item));
+  }
+  if (!search.found.empty()) return search;
+  search.named = !lookup.matches.empty();
+  search.candidates = search.named ? std::move(lookup.matches) : std::move(lookup.closest);
+  if (search.named) search.generations = HiddenGenerations(search.candidates, true, 0);
+  return search;
+}
+
+void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Search& search, const json& candidates) {
+  const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
+  const std::string file = ShellWord(args.file);
+  if (!search.named) {
+    if (args.byId) {
+      std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
+    } else {
+      ReportNoDevice(pattern, candidates);
+    }
+  } else if (args.byId) {
+    ReportHidden("id " + id + " is hidden", search.generations, "find", file + " --id " + id);
+  } else if (!search.generations.empty()) {
+    ReportHidden("the definitions of '" + pattern.Argument() + "' are hidden", search.generations, "find",
+                 file + " " + ShellWord(pattern.Argument()));
+  } else {
+    std::fprintf(stderr, "devdef: '%s' names no device with a definition\n", pattern.Argument().c_str());
+  }
 }
 
 int RunFind(const FindArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
-  KCDeviceDefCtrl& ctrl = analysis->Controller();
-  POSITION posKind = nullptr;
-  POSITION posManuf = nullptr;
-  DEVICE_ITEM* device = nullptr;
-  DEVICE_KVRXDEF_ITEM* def = nullptr;
-  const int id = static_cast<int>(static_cast<std::uint32_t>(args.id));
-  json found = json{{"found", false}};
-  const int index =
-      ctrl.FindDeviceItem(id, &posKind, &posManuf, nullptr, nullptr, &device, &def) ? IndexOf(*device, *def) : -1;
-  if (index >= 0) {
-    found = json{{"found", true},
-                 {"kind", ToUtf8(ctrl.getDeviceList().GetAt(posKind).m_Name)},
-                 {"manufacturer", ToUtf8(CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>::GetAtPosition(posManuf).m_Name)},
-                 {"device", ToUtf8(device->m_DeviceName)},
-                 {"device_line", DeviceLine(*analysis, *device)},
-                 {"definition", DefinitionJson(*analysis, *device, index)}};
+  const NamePattern pattern(args.name);
+  const Search search = args.byId ? FindById(analysis->Controller(), static_cast<std::uint32_t>(args.id))
+                                  : FindByName(analysis->Controller(), pattern);
+  json document = DocumentFrame(*analysis);
+  json matches = json::array();
+  for (const Found& item : search.found) {
+    json definitions = json::array();
+    for (int index : item.definitions) definitions.push_back(DefinitionJson(*analysis, *item.at.device, index));
+    matches.push_back(json{{"device", DeviceJson(*analysis, item.at)}, {"definitions", std::move(definitions)}});
   }
-  const bool wasFound = found["found"].get<bool>();
+  document["matches"] = std::move(matches);
+  if (search.found.empty()) document["candidates"] = DevicesJson(*analysis, search.candidates);
   if (args.json) {
-    PrintJson(found);
-  } else if (wasFound) {
-    PrintFoundText(stdout, found);
+    PrintJson(document);
+  } else {
+    bool first = true;
+    for (const json& match : document["matches"]) {
+      for (const json& definition : match["definitions"]) {
+        if (!first) std::printf("\n");
+        first = false;
+        PrintFoundText(stdout, match["device"], definition);
+      }
+    }
   }
-  if (wasFound) return kExitSuccess;
-  std::fprintf(stderr, "devdef: no visible definition has the id %u\n", static_cast<unsigned>(id));
+  if (!search.found.empty()) return kExitSuccess;
+  ReportMiss(args, pattern, search, document["candidates"]);
   return kExitNotFound;
 }
 
@@ -59,9 +128,17 @@ int RunFind(const FindArguments& args) {
 
 Command AddFindCommand(CLI::App& app) {
   auto args = std::make_shared<FindArguments>();
-  CLI::App* command = app.add_subcommand("find", "print where the visible definition with an id stands and its "
-                                                 "fields; exit status 1 when there is none");
+  CLI::App* command = app.add_subcommand("find", "print where the visible definitions with an id, or those of the "
+                                                 "devices a name matches, stand and their fields; exit status 1 "
+                                                 "when there is none");
   AddCommonOptions(command, *args, true);
-  AddIdOption(command, args->id)->required();
+  CLI::Option* name = command->add_option("NAME", args->name, "device name (ASCII case ignored, '_' matches a "
+                                                              "blank) or shell-style wildcard");
+  CLI::Option* id = AddIdOption(command, args->id);
+  name->excludes(id);
+  command->callback([name, id, args]() {
+    if (name->count() == 0 && id->count() == 0) throw CLI::RequiredError("NAME or --id");
+    args->byId = id->count() > 0;
+  });
   return Command{command, [args] { return RunFind(*args); }};
 }

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "tools/catalogue_json.h"
-#include "tools/catalogue_walk.h"
 #include "tools/commands/command.h"
+#include "tools/device_lookup.h"
+#include "tools/json_document.h"
+#include "tools/lookup_report.h"
 #include "tools/text_output.h"
-#include "tools/utf8_text.h"
-#include "tools/wildcard.h"
 
 using nlohmann::json;
 
@@ -22,26 +22,19 @@ struct ListArguments : CommonArguments {
 int RunList(const ListArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
-  json devices = json::array();
-  const std::string pattern = args.pattern.empty() ? "*" : args.pattern;
-  ForEachDevice(analysis->Controller(), [&](TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
-    bool match = WildcardMatch(pattern.c_str(), device.GetDeviceName());
-    if (!match && args.allFields) {
-      match = WildcardMatch(pattern.c_str(), kind.m_Name) || WildcardMatch(pattern.c_str(), manuf.m_Name);
-    }
-    if (!match) return;
-    devices.push_back(json{{"kind", ToUtf8(kind.m_Name)},
-                           {"manufacturer", ToUtf8(manuf.m_Name)},
-                           {"name", ToUtf8(device.m_DeviceName)},
-                           {"line", DeviceLine(*analysis, device)},
-                           {"visible_definitions", device.GetNumDevDefs()}});
-  });
+  const NamePattern pattern(args.pattern.empty() ? "*" : args.pattern);
+  const DeviceLookup found = LookUpDevices(analysis->Controller(), pattern, args.allFields, 3);
+  json document = DocumentFrame(*analysis);
+  document["devices"] = DevicesJson(*analysis, found.matches);
+  if (found.matches.empty()) document["candidates"] = DevicesJson(*analysis, found.closest);
   if (args.json) {
-    PrintJson(json{{"devices", devices}});
+    PrintJson(document);
   } else {
-    PrintListText(stdout, devices);
+    PrintListText(stdout, document["devices"]);
   }
-  return devices.empty() ? kExitNotFound : kExitSuccess;
+  if (!found.matches.empty()) return kExitSuccess;
+  ReportNoDevice(pattern, document["candidates"]);
+  return kExitNotFound;
 }
 
 }  // namespace
@@ -51,8 +44,8 @@ Command AddListCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("list", "one line per device with its number of visible definitions; "
                                                  "exit status 1 when no device matches");
   AddCommonOptions(command, *args, true);
-  command->add_option("PATTERN", args->pattern, "shell-style wildcard (*, ?, [...]) matched without regard to case "
-                                                "against the device name");
+  command->add_option("PATTERN", args->pattern, "device name or shell-style wildcard (*, ?, [...]); ASCII case is "
+                                                "ignored and '_' matches a blank");
   command->add_flag("--all-fields", args->allFields, "match the pattern against kind and manufacturer too");
   return Command{command, [args] { return RunList(*args); }};
 }

@@ -3,10 +3,13 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tools/catalogue_json.h"
-#include "tools/catalogue_walk.h"
 #include "tools/commands/command.h"
+#include "tools/device_lookup.h"
+#include "tools/json_document.h"
+#include "tools/lookup_report.h"
 #include "tools/text_output.h"
 
 using nlohmann::json;
@@ -17,40 +20,92 @@ struct ShowArguments : CommonArguments {
   std::string device;
   std::int64_t id = 0;
   bool byId = false;
+  bool all = false;
 };
+
+enum class Miss { kNone, kNoDevice, kSeveralDevices, kNoId, kHiddenId };
+
+// The devices to show; when there are none, why, and the devices meant
+// perhaps.
+struct Shown {
+  std::vector<DeviceAt> devices;
+  std::vector<DeviceAt> candidates;
+  Miss miss = Miss::kNone;
+};
+
+// The device of the visible definition with the id; else, as candidates,
+// the devices that hold it hidden.
+Shown ShowById(KCDeviceDefCtrl& ctrl, std::uint32_t id) {
+  Shown shown;
+  DeviceAt at{};
+  int index = 0;
+  if (FindVisibleDefinition(ctrl, id, &at, &index)) {
+    shown.devices.push_back(at);
+    return shown;
+  }
+  shown.candidates = DevicesWithId(ctrl, id);
+  shown.miss = shown.candidates.empty() ? Miss::kNoId : Miss::kHiddenId;
+  return shown;
+}
+
+// The one device the name names, or all with --all; else the closest or
+// the several ones as candidates.
+Shown ShowByName(KCDeviceDefCtrl& ctrl, const NamePattern& pattern, bool all) {
+  DeviceLookup found = LookUpDevices(ctrl, pattern, false, 3);
+  Shown shown;
+  if (found.matches.empty()) {
+    shown.candidates = std::move(found.closest);
+    shown.miss = Miss::kNoDevice;
+  } else if (found.matches.size() > 1 && !all) {
+    shown.candidates = std::move(found.matches);
+    shown.miss = Miss::kSeveralDevices;
+  } else {
+    shown.devices = std::move(found.matches);
+  }
+  return shown;
+}
+
+void ReportMiss(const ShowArguments& args, const NamePattern& pattern, const Shown& shown, const json& candidates) {
+  const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
+  switch (shown.miss) {
+    case Miss::kNoDevice:
+      ReportNoDevice(pattern, candidates);
+      break;
+    case Miss::kSeveralDevices:
+      ReportSeveralDevices(pattern, candidates, "name one, or show them all with --all");
+      break;
+    case Miss::kNoId:
+      std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
+      break;
+    case Miss::kHiddenId:
+      ReportHidden("id " + id + " is hidden", HiddenGenerations(shown.candidates, false, static_cast<std::uint32_t>(args.id)),
+                   "show", ShellWord(args.file) + " --id " + id);
+      break;
+    case Miss::kNone:
+      break;
+  }
+}
 
 int RunShow(const ShowArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
-  KCDeviceDefCtrl& ctrl = analysis->Controller();
-  json devices = json::array();
-  if (args.byId) {
-    POSITION posKind = nullptr;
-    POSITION posManuf = nullptr;
-    DEVICE_ITEM* device = nullptr;
-    if (ctrl.FindDeviceItem(static_cast<int>(static_cast<std::uint32_t>(args.id)), &posKind, &posManuf, nullptr,
-                            nullptr, &device, nullptr)) {
-      devices.push_back(DeviceJson(*analysis, ctrl.getDeviceList().GetAt(posKind),
-                                   CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>::GetAtPosition(posManuf), *device));
-    }
-  } else {
-    ForEachDevice(ctrl, [&](TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
-      if (args.device == device.GetDeviceName()) devices.push_back(DeviceJson(*analysis, kind, manuf, device));
-    });
-  }
+  const NamePattern pattern(args.device);
+  const Shown shown = args.byId ? ShowById(analysis->Controller(), static_cast<std::uint32_t>(args.id))
+                                : ShowByName(analysis->Controller(), pattern, args.all);
+  json document = DocumentFrame(*analysis);
+  document["devices"] = DevicesJson(*analysis, shown.devices);
+  if (shown.devices.empty()) document["candidates"] = DevicesJson(*analysis, shown.candidates);
   if (args.json) {
-    PrintJson(json{{"devices", devices}});
+    PrintJson(document);
   } else {
+    const json& devices = document["devices"];
     for (size_t i = 0; i < devices.size(); ++i) {
       if (i > 0) std::printf("\n");
       PrintDeviceText(stdout, devices[i]);
     }
   }
-  if (devices.empty()) {
-    std::fprintf(stderr, "devdef: no device %s\n",
-                 args.byId ? ("holds a visible definition with the id " +
-                              std::to_string(static_cast<std::uint32_t>(args.id))).c_str()
-                           : ("is named '" + args.device + "'").c_str());
+  if (shown.devices.empty()) {
+    ReportMiss(args, pattern, shown, document["candidates"]);
     return kExitNotFound;
   }
   return kExitSuccess;
@@ -63,9 +118,11 @@ Command AddShowCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("show", "everything about a device: all its definitions (hidden ones "
                                                  "marked), names, values, housings and marks, with their lines");
   AddCommonOptions(command, *args, true);
-  CLI::Option* device = command->add_option("DEVICE", args->device, "device name, as the catalogue holds it");
+  CLI::Option* device = command->add_option("DEVICE", args->device, "device name (ASCII case ignored, '_' matches "
+                                                                    "a blank) or shell-style wildcard");
   CLI::Option* id = AddIdOption(command, args->id);
   device->excludes(id);
+  command->add_flag("--all", args->all, "show every device DEVICE names, not only when it names one");
   command->callback([device, id, args]() {
     if (device->count() == 0 && id->count() == 0) throw CLI::RequiredError("DEVICE or --id");
     args->byId = id->count() > 0;

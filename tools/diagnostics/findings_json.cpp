@@ -1,7 +1,7 @@
 #include "tools/diagnostics/findings_json.h"
 
 #include "tools/diagnostics/severity_summary.h"
-#include "tools/utf8_text.h"
+#include "tools/json_document.h"
 
 using nlohmann::json;
 
@@ -17,14 +17,14 @@ void AddRange(json& object, const TextRange& range) {
 
 }  // namespace
 
-json FindingsJson(const std::string& file, int layout, const std::vector<const Finding*>& findings) {
+json FindingsJson(json frame, const std::vector<const Finding*>& findings) {
   json list = json::array();
   for (const Finding* finding : findings) {
     json related = json::array();
     for (const RelatedPlace& place : finding->related) {
       json item = json::object();
       AddRange(item, place.range);
-      item["message"] = ToUtf8(place.message);
+      PutShownText(item, "message", place.message);
       item["cause"] = place.cause;
       related.push_back(std::move(item));
     }
@@ -32,16 +32,15 @@ json FindingsJson(const std::string& file, int layout, const std::vector<const F
     AddRange(item, finding->range);
     item["severity"] = SeverityName(finding->severity);
     item["kind"] = finding->kind->id;
-    item["message"] = ToUtf8(finding->message);
+    PutShownText(item, "message", finding->message);
     item["count"] = finding->count;
     item["related"] = std::move(related);
     list.push_back(std::move(item));
   }
   const SeverityCounts counts = CountSeverities(findings);
-  return json{{"file", file},
-              {"layout", layout},
-              {"findings", std::move(list)},
-              {"summary", {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}}}};
+  frame["findings"] = std::move(list);
+  frame["summary"] = {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
+  return frame;
 }
 
 json FindingKindsJson() {
@@ -49,5 +48,5 @@ json FindingKindsJson() {
   for (const FindingKind& kind : AllFindingKinds()) {
     kinds.push_back(json{{"id", kind.id}, {"severity", SeverityName(kind.severity)}, {"help", kind.help}});
   }
-  return json{{"kinds", std::move(kinds)}};
+  return json{{"schema", kJsonSchema}, {"kinds", std::move(kinds)}};
 }

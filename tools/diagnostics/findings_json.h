@@ -9,14 +9,15 @@
 
 #include "tools/analysis/finding.h"
 
-// {"file", "layout", "findings": [{"line", "column", "end_line",
-// "end_column", "severity", "kind", "message", "count", "related": [{"line",
-// "column", "end_line", "end_column", "message"}]}], "summary": {"errors",
-// "warnings", "notes"}}; findings each with their kind, messages as UTF-8
-// without the count.
-nlohmann::json FindingsJson(const std::string& file, int layout, const std::vector<const Finding*>& findings);
+// The document frame (tools/json_document.h) with "findings": [{"line",
+// "column", "end_line", "end_column", "severity", "kind", "message", "count",
+// "related": [{"line", "column", "end_line", "end_column", "message",
+// "cause"}]}] and "summary": {"errors", "warnings", "notes"}; messages
+// decoded with the run's encoding, without the count.
+nlohmann::json FindingsJson(nlohmann::json frame, const std::vector<const Finding*>& findings);
 
-// {"kinds": [{"id", "severity", "help"}]}, every kind in its fixed order.
+// {"schema", "kinds": [{"id", "severity", "help"}]}, every kind in its fixed
+// order.
 nlohmann::json FindingKindsJson();
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDINGS_JSON_H_

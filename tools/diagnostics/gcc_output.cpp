@@ -1,7 +1,7 @@
 #include "tools/diagnostics/gcc_output.h"
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/utf8_text.h"
+#include "tools/text_encoding.h"
 
 void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vector<const Finding*>& findings) {
   for (const Finding* finding : findings) {
@@ -12,7 +12,7 @@ void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vec
       // A consequence's message names its cause's line already.
       if (related.cause) continue;
       std::fprintf(out, "%s:%ld:%ld: note: %s\n", file.c_str(), related.range.start.line, related.range.start.column,
-                   ToUtf8(related.message).c_str());
+                   ShownText(related.message).c_str());
     }
   }
 }

@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/utf8_text.h"
+#include "tools/text_encoding.h"
 
 using nlohmann::json;
 
@@ -74,7 +74,7 @@ json SarifLog(const std::string& file, const std::vector<const Finding*>& findin
       for (const RelatedPlace& place : finding->related) {
         related.push_back(json{{"id", related.size()},
                                {"physicalLocation", PhysicalLocation(uri, place.range)},
-                               {"message", {{"text", ToUtf8(place.message)}}}});
+                               {"message", {{"text", ShownText(place.message)}}}});
       }
       result["relatedLocations"] = std::move(related);
     }
