@@ -144,7 +144,6 @@ class AnalysisBuilder {
                                "layout 2 reader refuses: the written file loses every definition",
                                {}});
     }
-    std::vector<std::pair<DEVICE_ITEM*, int>> order = m_replay.DefinitionOrder();
     for (const auto& entry : m_replay.Devices()) {
       DEVICE_ITEM& device = const_cast<DEVICE_ITEM&>(*entry.first);
       m_names.push_back(NamePlace{&device.m_DeviceName, "device", entry.second.name});
@@ -154,7 +153,7 @@ class AnalysisBuilder {
       }
     }
     CheckNames(m_names, raw);
-    CheckDefinitions(m_a.m_bytes, order, m_replay.Devices(), layout, m_a.m_map, raw);
+    CheckDefinitions(m_a.m_bytes, m_replay.DefinitionOrder(), layout, m_a.m_map, raw);
 
     std::stable_sort(raw.begin(), raw.end(), [](const RawFinding& x, const RawFinding& y) {
       return x.span.begin != y.span.begin ? x.span.begin < y.span.begin : x.span.end < y.span.end;

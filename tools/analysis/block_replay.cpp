@@ -1,6 +1,7 @@
 // Device blocks: where each block line stands and what became of it.
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "tools/analysis/read_replay.h"
 
@@ -9,6 +10,8 @@ namespace {
 bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
 
 const char kHousingKeyword[] = "DEVICE_HOUSING_LIST:";
+
+std::string Quoted(DEVICE_ITEM& device) { return "'" + std::string(device.GetDeviceName()) + "'"; }
 
 // Up to 40 bytes of a line, for messages.
 std::string Excerpt(std::string text) {
@@ -30,28 +33,28 @@ void ReadReplay::BeforeBlock(size_t bufPos, DEVICE_ITEM& device, DEVICE_ITEM* ho
   DeviceSpans& spans = m_devices[&device];
   spans.name = ByteSpan{m_lineStart, bufPos};
 
-  const std::string quoted = "'" + std::string(device.GetDeviceName()) + "'";
+  auto quoted = [&device] { return Quoted(device); };
   const ByteSpan line = Trimmed(m_lineStart, LineEndFrom(m_lineStart));
   m_deviceMisread = true;
   switch (LookOf(m_lineStart)) {
     case Look::kDefinition:
-      AddConsequence("misread", line.begin, line.end, "definition line read as a device named " + quoted);
+      AddConsequence("misread", line.begin, line.end, "definition line read as a device named " + quoted());
       break;
     case Look::kBlockOpen:
     case Look::kBlockClose:
-      AddConsequence("misread", line.begin, line.end, "block line read as a device named " + quoted);
+      AddConsequence("misread", line.begin, line.end, "block line read as a device named " + quoted());
       break;
     case Look::kList:
       AddConsequence("misread", line.begin, line.end,
-                     "header list line read as a device named " + quoted +
+                     "header list line read as a device named " + quoted() +
                          ": header lists are read only in front of the first kind line");
       break;
     case Look::kVersion:
-      AddConsequence("misread", line.begin, line.end, "version line read as a device named " + quoted);
+      AddConsequence("misread", line.begin, line.end, "version line read as a device named " + quoted());
       break;
     case Look::kKind:
       AddConsequence("misread", line.begin, line.end,
-                     "kind line read as a device named " + quoted +
+                     "kind line read as a device named " + quoted() +
                          ": once a manufacturer is read, a line with a blank in front of its \":\" is a device");
       break;
     default:
@@ -69,7 +72,7 @@ void ReadReplay::BeforeBlock(size_t bufPos, DEVICE_ITEM& device, DEVICE_ITEM* ho
     const MadeEntry& ownerKind = m_kinds[owner.kind];
     const MadeEntry& current = m_kinds.back();
     Add("no-manufacturer", line.begin, line.end,
-        "device " + quoted + " goes to the manufacturer '" + Name(owner.span.begin, owner.span.end) + "' of the kind '" +
+        "device " + quoted() + " goes to the manufacturer '" + Name(owner.span.begin, owner.span.end) + "' of the kind '" +
             Name(ownerKind.span.begin, ownerKind.span.end) + "' (line " +
             std::to_string(m_map.PointOf(owner.span.begin).line) + "): the kind '" +
             Name(current.span.begin, current.span.end) + "' at line " +
@@ -120,7 +123,8 @@ std::string RefusalReason(const unsigned char* text, size_t length, int layout) 
 
 void ReadReplay::ReplayBlock(int result, size_t bufPos) {
   DeviceSpans& spans = m_devices[m_device];
-  const std::string quoted = "'" + std::string(m_device->GetDeviceName()) + "'";
+  // Built when a message needs it: most blocks read without one.
+  auto quoted = [this] { return Quoted(*m_device); };
   const long deviceLine = m_map.PointOf(m_deviceLine).line;
   const size_t deviceLineEnd = LineEndFrom(m_deviceLine);
   spans.block = ByteSpan{m_blockFrom, m_blockFrom};
@@ -135,7 +139,7 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
       spans.block.end = m_n;
       const ByteSpan name = Trimmed(m_deviceLine, deviceLineEnd);
       const ByteSpan rest = Trimmed(at, m_n);
-      std::string message = "the block of the device " + quoted + " runs to the end of the file";
+      std::string message = "the block of the device " + quoted() + " runs to the end of the file";
       message += rest.begin < rest.end ? ": its last line has no line end and is not read"
                                        : opened ? " without its \"}\"" : " and never opens";
       Add("cut-off", name.begin, name.end, message);
@@ -146,7 +150,7 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
     const ByteSpan text = Trimmed(at, semicolon != nullptr ? static_cast<size_t>(semicolon - m_b) : lineEnd);
     at = lineEnd + 1;
     if (text.begin == text.end) continue;
-    const std::string excerpt = "'" + Excerpt(Text(text.begin, text.end)) + "'";
+    auto excerpt = [this, &text] { return "'" + Excerpt(Text(text.begin, text.end)) + "'"; };
     if (!opened) {
       if (m_b[text.begin] == '{') {
         opened = true;
@@ -157,16 +161,16 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
       expectedPos = lineEnd + 1;
       if (text.begin < deviceLineEnd) {
         Add("no-block", text.begin, text.end,
-            excerpt + " behind the device name is read as the first line of the block of " + quoted +
+            excerpt() + " behind the device name is read as the first line of the block of " + quoted() +
                 ", which must open with \"{\": the device gets no definitions");
       } else if (m_deviceMisread && m_cause >= 0) {
         AddConsequence("misread", text.begin, text.end,
-                       excerpt + " read as the first line of the block of the device " + quoted + " at line " +
+                       excerpt() + " read as the first line of the block of the device " + quoted() + " at line " +
                            std::to_string(deviceLine) + ", which must open with \"{\": the line is lost");
         break;
       } else {
         Add("no-block", text.begin, text.end,
-            "the block of the device " + quoted + " at line " + std::to_string(deviceLine) +
+            "the block of the device " + quoted() + " at line " + std::to_string(deviceLine) +
                 " does not open with \"{\": this line is read in its place and lost, and the device gets no "
                 "definitions");
       }
@@ -181,10 +185,10 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
       break;
     }
     if (m_layout == 7) {
-      const unsigned char* keyword = std::search(m_b + text.begin, m_b + text.end, kHousingKeyword,
-                                                 kHousingKeyword + sizeof kHousingKeyword - 1);
-      if (keyword != m_b + text.end) {
-        ReplayHousingLine(text.begin, text.end, static_cast<size_t>(keyword - m_b));
+      const std::string_view line(reinterpret_cast<const char*>(m_b) + text.begin, text.end - text.begin);
+      const size_t keyword = line.find(kHousingKeyword);
+      if (keyword != std::string_view::npos) {
+        ReplayHousingLine(text.begin, text.end, text.begin + keyword);
         continue;
       }
     }
@@ -198,7 +202,7 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
       expectedPos = lineEnd + 1;
       const std::string message = "definition line refused (" +
                                   RefusalReason(m_b + text.begin, text.end - text.begin, m_layout) +
-                                  "): the definition is lost and the block of the device " + quoted + " ends here";
+                                  "): the definition is lost and the block of the device " + quoted() + " ends here";
       if (m_deviceMisread && m_cause >= 0) {
         AddConsequence("refused", text.begin, text.end, message);
       } else {
@@ -209,9 +213,9 @@ void ReadReplay::ReplayBlock(int result, size_t bufPos) {
     }
     if (definition.added) {
       spans.definitions.push_back(text);
-      m_definitionOrder.emplace_back(m_device, static_cast<int>(spans.definitions.size()) - 1);
+      m_definitionOrder.push_back(DefinitionSpan{m_device, static_cast<int>(spans.definitions.size()) - 1, text});
       if (m_deviceMisread && m_cause >= 0) {
-        AddConsequence("misread", text.begin, text.end, "definition read into the device " + quoted);
+        AddConsequence("misread", text.begin, text.end, "definition read into the device " + quoted());
       }
     } else if (m_layout == 7) {
       Add("ignored-keyword", text.begin, text.end,

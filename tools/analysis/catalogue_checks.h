@@ -25,8 +25,7 @@ void CheckNames(const std::vector<NamePlace>& names, std::vector<RawFinding>& ou
 
 // Duplicate ids, numbers without names and, for layout 7, what its writer
 // loses; definitions in the order of the file, bytes the file's.
-void CheckDefinitions(const std::string& bytes, const std::vector<std::pair<DEVICE_ITEM*, int>>& order,
-                      const std::unordered_map<const DEVICE_ITEM*, DeviceSpans>& devices, int layout,
+void CheckDefinitions(const std::string& bytes, const std::vector<DefinitionSpan>& order, int layout,
                       const SourceMap& map, std::vector<RawFinding>& out);
 
 #endif  // DEVDEF_TOOLS_ANALYSIS_CATALOGUE_CHECKS_H_

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "tools/analysis/line_end.h"
+
 namespace {
 
 bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
@@ -313,10 +315,7 @@ bool ReadReplay::Device() {
 // ---------------------------------------------------------------------------
 // Lines and names
 
-size_t ReadReplay::LineEndFrom(size_t pos) const {
-  while (pos < m_n && !IsLineEnd(m_b[pos])) ++pos;
-  return pos;
-}
+size_t ReadReplay::LineEndFrom(size_t pos) const { return FindLineEnd(m_b, pos, m_n); }
 
 ReadReplay::Look ReadReplay::LookOf(size_t lineStart) const {
   const size_t end = LineEndFrom(lineStart);

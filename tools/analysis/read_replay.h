@@ -45,6 +45,14 @@ struct DeviceSpans {
   std::vector<ByteSpan> definitions;  // in the order of m_DefArray
 };
 
+// A definition of the catalogue: its device, its index in m_DefArray and
+// the bytes of its line.
+struct DefinitionSpan {
+  DEVICE_ITEM* device;
+  int index;
+  ByteSpan span;
+};
+
 // A kind or manufacturer the loop made, with the kind it belongs to.
 struct MadeEntry {
   ByteSpan span;
@@ -77,7 +85,7 @@ class ReadReplay {
   std::unordered_map<const DEVICE_ITEM*, DeviceSpans>& Devices() { return m_devices; }
   // Definitions in the order of the file: the device and the index in its
   // m_DefArray.
-  const std::vector<std::pair<DEVICE_ITEM*, int>>& DefinitionOrder() const { return m_definitionOrder; }
+  const std::vector<DefinitionSpan>& DefinitionOrder() const { return m_definitionOrder; }
   const std::vector<ByteSpan>& ListEntries(int list) const { return m_listEntries[list]; }
   std::vector<RawFinding>& Findings() { return m_findings; }
 
@@ -189,7 +197,7 @@ class ReadReplay {
   std::vector<MadeEntry> m_kinds;
   std::vector<MadeEntry> m_manufacturers;
   std::unordered_map<const DEVICE_ITEM*, DeviceSpans> m_devices;
-  std::vector<std::pair<DEVICE_ITEM*, int>> m_definitionOrder;
+  std::vector<DefinitionSpan> m_definitionOrder;
   std::vector<ByteSpan> m_listEntries[3];
   std::vector<RawFinding> m_findings;
 };

@@ -44,6 +44,7 @@ class SourceMap {
   std::vector<size_t> m_starts;  // offset of each line's first byte
   std::vector<size_t> m_ends;    // offset of each line's line end
   size_t m_size = 0;
+  mutable size_t m_cursor = 0;   // the line of the last answer of PointOf
 };
 
 #endif  // DEVDEF_TOOLS_ANALYSIS_SOURCE_MAP_H_

@@ -139,7 +139,7 @@ std::vector<std::string> PathOf(const DeviceRef& ref) { return {Bytes(ref.kind->
 
 class Differ {
  public:
-  Differ(Side& oldSide, Side& newSide) : m_old(oldSide), m_new(newSide) {}
+  Differ(Side& oldSide, Side& newSide, bool visibleOnly) : m_old(oldSide), m_new(newSide), m_visibleOnly(visibleOnly) {}
 
   std::vector<DiffChange> Run() {
     DiffLists();
@@ -278,6 +278,19 @@ class Differ {
       item.oldLine = m_old.DeviceLine(*was.device);
       item.newLine = m_new.DeviceLine(*is.device);
     }
+    // Most devices keep their definitions in the order of their ids: they
+    // pair one by one, with no index to build.
+    const int count = was.device->m_DefArray.GetSize();
+    if (!m_visibleOnly && count == is.device->m_DefArray.GetSize()) {
+      bool inOrder = true;
+      for (int i = 0; i < count && inOrder; ++i) {
+        inOrder = was.device->m_DefArray[i].m_DefID == is.device->m_DefArray[i].m_DefID;
+      }
+      if (inOrder) {
+        for (int i = 0; i < count; ++i) DiffDefinition(path, *was.device, i, *is.device, i);
+        return;
+      }
+    }
     // Definitions by id; where an id is 0 or repeats, by its place among
     // those of that id.
     const std::vector<int> olds = m_old.Definitions(*was.device);
@@ -354,6 +367,7 @@ class Differ {
 
   Side& m_old;
   Side& m_new;
+  bool m_visibleOnly;
   std::vector<DiffChange> m_changes;
 };
 
@@ -362,7 +376,7 @@ class Differ {
 std::vector<DiffChange> DiffCatalogues(Analysis& oldFile, Analysis& newFile, const DiffOptions& options) {
   Side oldSide(oldFile, options);
   Side newSide(newFile, options);
-  return Differ(oldSide, newSide).Run();
+  return Differ(oldSide, newSide, options.visibleOnly).Run();
 }
 
 const char* ChangeName(DiffChange::Change change) {
