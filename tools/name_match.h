@@ -21,6 +21,7 @@ class NamePattern {
   // ordinary character.
   explicit NamePattern(std::string argument);
 
+  // The argument as given.
   const std::string& Argument() const { return m_argument; }
   // True when the argument holds "*", "?" or a set.
   bool HasWildcards() const { return m_hasWildcards; }
