@@ -12,7 +12,7 @@
 #include "tools/commands/command.h"
 #include "tools/diff/catalogue_diff.h"
 #include "tools/diff/diff_output.h"
-#include "tools/utf8_text.h"
+#include "tools/text_encoding.h"
 
 namespace {
 
@@ -23,6 +23,7 @@ struct DiffArguments {
   bool stat = false;
   bool noColor = false;
   bool visibleOnly = false;
+  std::string encoding;
 };
 
 // A side of the comparison; git names a file that does not exist on that
@@ -62,7 +63,13 @@ int RunDiff(const DiffArguments& args) {
   DiffOptions options;
   options.visibleOnly = args.visibleOnly;
   const std::vector<DiffChange> changes = DiffCatalogues(*oldFile, *newFile, options);
-  const ShowBytes show = [](const std::string& bytes) { return ToUtf8(bytes); };
+  // One encoding shows both files: UTF-8 when both are UTF-8.
+  TextEncoding encoding = DetectTextEncoding(oldFile->Bytes()) == TextEncoding::kUtf8
+                              ? DetectTextEncoding(newFile->Bytes())
+                              : TextEncoding::kWindows1252;
+  if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
+  SetShownEncoding(encoding);
+  const ShowBytes show = [](const std::string& bytes) { return ShownText(bytes); };
   if (args.json) {
     PrintJson(DiffJson(oldName, oldFile->Layout(), newName, newFile->Layout(), changes, show));
   } else if (args.stat) {
@@ -94,6 +101,10 @@ Command AddDiffCommand(CLI::App& app) {
   command->add_option("--generation", args->options.generation, "the generation in force: 3, 4 or 5")
       ->check(CLI::IsMember({3, 4, 5}))
       ->capture_default_str();
+  command->add_option("--encoding", args->encoding,
+                      "how names and texts are shown: utf-8, cp1252 or latin1 (default: UTF-8 when both files are "
+                      "UTF-8, else cp1252)")
+      ->check(CLI::IsMember({"utf-8", "cp1252", "latin1"}, CLI::ignore_case));
   command->add_flag("--visible-only", args->visibleOnly, "compare only the definitions of the generation in force");
   command->add_flag("--stat", args->stat, "print counts of the changes instead of the changes");
   command->add_flag("--json", args->json, "print one JSON document");
