@@ -27,6 +27,8 @@ class DevdefNumberStorage {
   DevdefNumberStorage(const DevdefNumberStorage&) = delete;
   DevdefNumberStorage& operator=(const DevdefNumberStorage&) = delete;
 
+  // The elements in use, the elements there is room for, and where they
+  // start (null without storage).
   int Size() const { return IsInline() ? m_bytes[kTagByte] >> 1 : (Heap() != nullptr ? Heap()->nSize : 0); }
   int Room() const { return IsInline() ? kInline : (Heap() != nullptr ? Heap()->nRoom : 0); }
   TYPE* Data() {
@@ -34,7 +36,8 @@ class DevdefNumberStorage {
     Header* heap = Heap();
     return heap != nullptr ? reinterpret_cast<TYPE*>(reinterpret_cast<unsigned char*>(heap) + kHeader) : nullptr;
   }
-  // Only with storage; the room must hold nSize.
+  // Only with storage; the room must hold nSize, and the caller sets the
+  // new elements.
   void SetSizeField(int nSize) {
     if (IsInline()) {
       m_bytes[kTagByte] = static_cast<unsigned char>((nSize << 1) | 1);
@@ -70,6 +73,7 @@ class DevdefNumberStorage {
     if (!IsInline()) ::operator delete(Heap());
     std::memset(m_bytes, 0, sizeof m_bytes);
   }
+  // Takes over other's elements, leaving it empty.
   void TakeFrom(DevdefNumberStorage& other) {
     std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
     std::memset(other.m_bytes, 0, sizeof other.m_bytes);
@@ -120,9 +124,13 @@ class DevdefRecordStorage {
   DevdefRecordStorage(const DevdefRecordStorage&) = delete;
   DevdefRecordStorage& operator=(const DevdefRecordStorage&) = delete;
 
+  // The elements in use, the capacity, and where the elements start (null
+  // without storage).
   int Size() const { return m_nSize; }
   int Room() const { return m_nMaxSize; }
   TYPE* Data() const { return Heap(); }
+  // The capacity must hold nSize; the elements are built or destroyed by
+  // the caller.
   void SetSizeField(int nSize) { m_nSize = nSize; }
   // Sets the capacity to nMaxSize (at least the size), moving the elements
   // when the block under it changes.
@@ -155,6 +163,7 @@ class DevdefRecordStorage {
     SetHeap(nullptr);
     m_nSize = m_nMaxSize = 0;
   }
+  // Takes over other's elements, leaving it empty.
   void TakeFrom(DevdefRecordStorage& other) {
     std::memcpy(m_bytes, other.m_bytes, sizeof m_bytes);
     m_nSize = other.m_nSize;
@@ -163,6 +172,7 @@ class DevdefRecordStorage {
     other.SetHeap(nullptr);
     other.m_nSize = other.m_nMaxSize = 0;
   }
+  // The grow-by value of SetSize; 0 is the class library's rule.
   void SetGrowBy(int nGrowBy) { m_nGrowBy = nGrowBy; }
   int GrowBy() const { return m_nGrowBy; }
 
