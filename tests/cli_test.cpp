@@ -1,11 +1,9 @@
 // End-to-end tests of the devdef tool on the sample files.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -15,29 +13,15 @@
 #include <sstream>
 #include <string>
 
-namespace {
+#include "tests/tool_run.h"
 
-struct ToolRun {
-  int status;
-  std::string out;
-};
+namespace {
 
 std::string Example(const char* name) { return std::string(DEVDEF_EXAMPLES_DIR) + "/" + name; }
 
 // Runs the tool with the arguments (a shell word list) and captures what
 // redirect leaves on standard output: by default standard error is dropped.
-ToolRun Tool(const std::string& arguments, const char* redirect = "2>/dev/null") {
-  const std::string command = std::string(DEVDEF_TOOL_PATH) + " " + arguments + " " + redirect;
-  ToolRun run{-1, std::string()};
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return run;
-  std::array<char, 4096> buffer;
-  size_t got = 0;
-  while ((got = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), got);
-  const int raw = ::pclose(pipe);
-  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return run;
-}
+ToolRun Tool(const std::string& arguments, const char* redirect = "2>/dev/null") { return RunTool(arguments, redirect); }
 
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
