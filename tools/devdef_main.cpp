@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
   const std::vector<Command> commands = {AddTreeCommand(app),  AddListCommand(app),    AddShowCommand(app),
                                          AddFindCommand(app),  AddCheckCommand(app),   AddWriteCommand(app),
                                          AddConvertCommand(app), AddExportCommand(app),
-                                         AddDiffCommand(app)};
+                                         AddDiffCommand(app), AddLspCommand(app)};
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {

@@ -1,0 +1,245 @@
+#include "tools/lsp/language_server.h"
+
+#include <cstdio>
+#include <initializer_list>
+#include <utility>
+
+#include "tools/lsp/diagnostics.h"
+#include "tools/lsp/document_symbols.h"
+#include "tools/lsp/folding_ranges.h"
+#include "tools/lsp/goto_definition.h"
+#include "tools/lsp/hover.h"
+#include "tools/lsp/message_parsing.h"
+#include "tools/lsp/references.h"
+#include "tools/lsp/text_positions.h"
+
+using nlohmann::json;
+
+namespace {
+
+// The member at the end of a path of keys, or null where the path breaks.
+const json* Find(const json& value, std::initializer_list<const char*> path) {
+  const json* at = &value;
+  for (const char* key : path) {
+    if (!at->is_object()) return nullptr;
+    auto found = at->find(key);
+    if (found == at->end()) return nullptr;
+    at = &*found;
+  }
+  return at;
+}
+
+bool IsTrue(const json& value, std::initializer_list<const char*> path) {
+  const json* found = Find(value, path);
+  return found != nullptr && found->is_boolean() && found->get<bool>();
+}
+
+// A document's version; clients that send none get 0.
+std::int64_t VersionOf(const json& document) {
+  return document.contains("version") && !document["version"].is_null() ? IntegerMember(document, "version") : 0;
+}
+
+const std::string& UriOf(const json& params) { return StringMember(ObjectMember(params, "textDocument"), "uri"); }
+
+}  // namespace
+
+LanguageServer::LanguageServer(const ServerSettings& settings, std::string version, Sender send)
+    : m_version(std::move(version)), m_send(std::move(send)) {
+  m_documents.SetSettings(settings);
+}
+
+void LanguageServer::HandleBody(const std::string& body) {
+  json message = ParseMessage(body);
+  if (message.is_discarded()) {
+    RejectUnparsable();
+    return;
+  }
+  Handle(message);
+}
+
+void LanguageServer::RejectUnparsable() {
+  m_send(ErrorBody(nullptr, kParseError, "the message is no JSON (or its strings are no UTF-8)"));
+}
+
+bool LanguageServer::IsCancellation(const json& message) {
+  const json* method = Find(message, {"method"});
+  return method != nullptr && *method == "$/cancelRequest";
+}
+
+void LanguageServer::Handle(json& message) {
+  const RpcMessage rpc = ClassifyMessage(message);
+  json none = json::object();
+  json& params = rpc.params != nullptr ? message["params"] : none;
+  switch (rpc.kind) {
+    case RpcMessage::kResponse:
+      return;  // the server sends no requests
+    case RpcMessage::kInvalid:
+      m_send(ErrorBody(rpc.id, kInvalidRequest, rpc.problem));
+      return;
+    case RpcMessage::kNotification:
+      if (rpc.method == "exit") {
+        m_exited = true;
+        return;
+      }
+      if (!m_initialized || m_shutDown) return;
+      try {
+        Notification(rpc.method, params);
+      } catch (const std::exception& e) {
+        Log(rpc.method + " passed over: " + e.what());
+      }
+      return;
+    case RpcMessage::kRequest:
+      break;
+  }
+  auto cancelled = m_cancelled.find(rpc.id.dump());
+  if (cancelled != m_cancelled.end()) {
+    m_cancelled.erase(cancelled);
+    m_send(ErrorBody(rpc.id, kRequestCancelled, "the request was cancelled"));
+    return;
+  }
+  if (!m_initialized && rpc.method != "initialize") {
+    m_send(ErrorBody(rpc.id, kServerNotInitialized, "the server is not initialized: send initialize first"));
+    return;
+  }
+  if (m_shutDown) {
+    m_send(ErrorBody(rpc.id, kInvalidRequest, "the server is shut down: only exit is taken"));
+    return;
+  }
+  try {
+    m_send(ResponseBody(rpc.id, Request(rpc.method, params)));
+  } catch (const RpcError& e) {
+    m_send(ErrorBody(rpc.id, e.code, e.what()));
+  } catch (const json::exception& e) {
+    m_send(ErrorBody(rpc.id, kInvalidParams, e.what()));
+  } catch (const std::exception& e) {
+    m_send(ErrorBody(rpc.id, kInternalError, e.what()));
+  }
+}
+
+std::string LanguageServer::Request(const std::string& method, const json& params) {
+  if (method == "initialize") return JsonText(Initialize(params));
+  if (method == "shutdown") {
+    m_shutDown = true;
+    return "null";
+  }
+  if (method == "textDocument/hover") {
+    return Answer(params, true, "null",
+                  [](const DocumentView& view, size_t at) { return JsonText(HoverAt(view, at)); });
+  }
+  if (method == "textDocument/definition") {
+    return Answer(params, true, "null",
+                  [](const DocumentView& view, size_t at) { return JsonText(DefinitionAt(view, at)); });
+  }
+  if (method == "textDocument/references") {
+    const bool declaration = IsTrue(params, {"context", "includeDeclaration"});
+    return Answer(params, true, "[]", [declaration](const DocumentView& view, size_t at) {
+      return JsonText(ReferencesAt(view, at, declaration));
+    });
+  }
+  if (method == "textDocument/documentSymbol") {
+    const bool hierarchical = m_hierarchicalSymbols;
+    return Answer(params, false, "[]",
+                  [hierarchical](const DocumentView& view, size_t) { return DocumentSymbols(view, hierarchical); });
+  }
+  if (method == "textDocument/foldingRange") {
+    return Answer(params, false, "[]", [](const DocumentView& view, size_t) { return JsonText(FoldingRanges(view)); });
+  }
+  throw RpcError(kMethodNotFound, "no method " + method);
+}
+
+json LanguageServer::Initialize(const json& params) {
+  if (m_initialized) throw RpcError(kInvalidRequest, "initialize was sent before");
+  if (!params.is_object()) throw RpcError(kInvalidParams, "the params of initialize are no object");
+  m_hierarchicalSymbols =
+      IsTrue(params, {"capabilities", "textDocument", "documentSymbol", "hierarchicalDocumentSymbolSupport"});
+  m_initialized = true;
+  const json* options = Find(params, {"initializationOptions"});
+  if (options != nullptr) Configure(*options);
+  return json{
+      {"capabilities",
+       {
+           {"positionEncoding", "utf-16"},
+           {"textDocumentSync", {{"openClose", true}, {"change", 1}}},
+           {"hoverProvider", true},
+           {"definitionProvider", true},
+           {"referencesProvider", true},
+           {"documentSymbolProvider", true},
+           {"foldingRangeProvider", true},
+       }},
+      {"serverInfo", {{"name", "devdef"}, {"version", m_version}}},
+  };
+}
+
+void LanguageServer::Notification(const std::string& method, json& params) {
+  if (method == "textDocument/didOpen") {
+    const json& document = ObjectMember(params, "textDocument");
+    const std::string& uri = StringMember(document, "uri");
+    StringMember(document, "text");
+    m_documents.Open(uri, VersionOf(document), std::move(params["textDocument"]["text"].get_ref<std::string&>()));
+  } else if (method == "textDocument/didChange") {
+    const json& document = ObjectMember(params, "textDocument");
+    Member(params, "contentChanges");
+    m_documents.Change(StringMember(document, "uri"), VersionOf(document), params["contentChanges"]);
+  } else if (method == "textDocument/didClose") {
+    const std::string& uri = UriOf(params);
+    if (m_documents.Close(uri)) m_send(PublishDiagnosticsBody(uri, 0, nullptr, BufferEncoding::kUtf8));
+  } else if (method == "workspace/didChangeConfiguration") {
+    const json* settings = Find(params, {"settings"});
+    if (settings != nullptr) Configure(*settings);
+  } else if (method == "$/cancelRequest") {
+    const json& id = Member(params, "id");
+    if (id.is_string() || id.is_number_integer()) m_cancelled.insert(id.dump());
+  }
+}
+
+std::string LanguageServer::Answer(const json& params, bool atPosition, const char* empty,
+                                   const std::function<std::string(const DocumentView&, size_t)>& feature) {
+  const std::string& uri = UriOf(params);
+  LspPosition position;
+  if (atPosition) {
+    const json& at = ObjectMember(params, "position");
+    position.line = static_cast<long>(IntegerMember(at, "line"));
+    position.character = static_cast<long>(IntegerMember(at, "character"));
+  }
+  Document* document = m_documents.Analysed(uri);
+  if (document == nullptr || !document->Usable()) return empty;
+  Analysis& analysis = *document->analysis;
+  const PositionConverter positions(analysis.Bytes(), analysis.Map(), document->encoding);
+  const DocumentView view{
+      document->uri,     analysis, m_documents.IndexOf(*document), positions, m_documents.Settings().generation,
+      document->encoding};
+  size_t offset = 0;
+  if (atPosition && !positions.ToOffset(position, &offset)) return empty;
+  return feature(view, offset);
+}
+
+void LanguageServer::Configure(const json& settings) {
+  ServerSettings next = m_documents.Settings();
+  for (const std::string& problem : ApplySettings(settings, &next)) Log(problem);
+  const ServerSettings& now = m_documents.Settings();
+  if (next.layout != now.layout || next.generation != now.generation || next.checkIds != now.checkIds) {
+    m_documents.SetSettings(next);
+  }
+}
+
+void LanguageServer::PublishDue(const ChangeWaiting& waiting) {
+  for (const std::string& uri : m_documents.Uris()) {
+    Document* document = m_documents.Find(uri);
+    if (document == nullptr || !document->diagnosticsDue) continue;
+    if (waiting && waiting(uri)) continue;
+    Publish(*m_documents.Analysed(uri));
+  }
+}
+
+void LanguageServer::Publish(Document& document) {
+  m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding));
+  document.diagnosticsDue = false;
+}
+
+void LanguageServer::Log(const std::string& message) {
+  if (!m_initialized) {
+    std::fprintf(stderr, "devdef lsp: %s\n", message.c_str());
+    return;
+  }
+  m_send(NotificationBody("window/logMessage", json{{"type", 2}, {"message", message}}));
+}
