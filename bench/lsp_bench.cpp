@@ -1,0 +1,149 @@
+// Benchmarks of the language server on a large document: from the arrival
+// of a didChange of one line to the publishDiagnostics message it causes,
+// and the parts of that time.
+#include <benchmark/benchmark.h>
+#include <time.h>
+
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "bench/catalogue_generator.h"
+#include "tools/lsp/buffer_encoding.h"
+#include "tools/lsp/diagnostics.h"
+#include "tools/lsp/language_server.h"
+#include "tools/lsp/message_parsing.h"
+
+using nlohmann::json;
+
+namespace {
+
+const char kUri[] = "file:///bench/devices.def";
+
+// A generated layout 7 file of about megabytes MB as an editor sends it
+// (UTF-8), and the two texts an edit of one of its lines switches between.
+struct Edit {
+  std::string before;
+  std::string after;
+};
+
+const Edit& SampleEdit(size_t megabytes) {
+  static Edit edit;
+  if (edit.before.empty()) {
+    edit.before = DecodeBuffer(BufferEncoding::kWindows1252, GenerateCatalogue(7, megabytes << 20));
+    // The first digit of a definition id in the middle of the file.
+    const size_t line = edit.before.find("KVR5DEF: ", edit.before.size() / 2);
+    edit.after = edit.before;
+    char& digit = edit.after[line + 9];
+    digit = digit == '1' ? '2' : '1';
+  }
+  return edit;
+}
+
+std::string Message(const std::string& method, json params) {
+  return json{{"jsonrpc", "2.0"}, {"method", method}, {"params", std::move(params)}}.dump();
+}
+
+std::string DidChange(const std::string& text, int version) {
+  return Message("textDocument/didChange", {{"textDocument", {{"uri", kUri}, {"version", version}}},
+                                            {"contentChanges", json::array({{{"text", text}}})}});
+}
+
+double ThreadSeconds() {
+  timespec now;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// A server with the sample open and its first diagnostics published; sent
+// counts the bytes of the diagnostics it sends, and the times are taken
+// when it sends them.
+struct OpenServer {
+  size_t sent = 0;
+  std::chrono::steady_clock::time_point sentAt;
+  double sentAtCpu = 0;
+  LanguageServer server;
+
+  OpenServer()
+      : server(ServerSettings(), "bench", [this](const std::string& body) {
+          if (body.compare(0, 59, "{\"jsonrpc\":\"2.0\",\"method\":\"textDocument/publishDiagnostics\"") != 0) return;
+          sentAt = std::chrono::steady_clock::now();
+          sentAtCpu = ThreadSeconds();
+          sent += body.size();
+        }) {
+    server.HandleBody(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", "initialize"}, {"params", json::object()}}.dump());
+    server.HandleBody(Message(
+        "textDocument/didOpen",
+        {{"textDocument", {{"uri", kUri}, {"languageId", "devdef"}, {"version", 1}, {"text", SampleEdit(5).before}}}}));
+    server.PublishDue();
+  }
+};
+
+// didChange of one line to the publishDiagnostics message: the message's
+// JSON read, the old analysis freed, the text taken, analysed, and the
+// diagnostics written. The time ends when the message is handed over;
+// cpu_ms is this thread's processor time for the same.
+void BM_LspChangeToDiagnostics(benchmark::State& state) {
+  OpenServer open;
+  const Edit& edit = SampleEdit(5);
+  const std::string changes[2] = {DidChange(edit.after, 2), DidChange(edit.before, 3)};
+  size_t next = 0;
+  double cpu = 0;
+  for (auto _ : state) {
+    open.sent = 0;
+    const auto start = std::chrono::steady_clock::now();
+    const double startCpu = ThreadSeconds();
+    open.server.HandleBody(changes[next]);
+    open.server.PublishDue();
+    if (open.sent == 0) state.SkipWithError("no diagnostics published");
+    state.SetIterationTime(std::chrono::duration<double>(open.sentAt - start).count());
+    cpu += open.sentAtCpu - startCpu;
+    next ^= 1;
+  }
+  state.counters["cpu_ms"] = benchmark::Counter(cpu * 1e3 / static_cast<double>(state.iterations()));
+  state.counters["diagnostics_MB"] = static_cast<double>(open.sent) / (1 << 20);
+}
+BENCHMARK(BM_LspChangeToDiagnostics)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+// The outline of the whole document, as clients ask for it after changes.
+void BM_LspDocumentSymbol(benchmark::State& state) {
+  OpenServer open;
+  const std::string request = json{{"jsonrpc", "2.0"},
+                                   {"id", 2},
+                                   {"method", "textDocument/documentSymbol"},
+                                   {"params", {{"textDocument", {{"uri", kUri}}}}}}
+                                  .dump();
+  for (auto _ : state) open.server.HandleBody(request);
+}
+BENCHMARK(BM_LspDocumentSymbol)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The parts of the time of a change.
+// The message read as the server reads it (0) and by the JSON library
+// alone (1).
+void BM_LspParseChange(benchmark::State& state) {
+  const std::string change = DidChange(SampleEdit(5).after, 2);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(state.range(0) == 0 ? ParseMessage(change) : json::parse(change));
+  }
+}
+BENCHMARK(BM_LspParseChange)->ArgName("library")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_LspAnalysis(benchmark::State& state) {
+  std::string bytes = SampleEdit(5).after;
+  EncodeBuffer(bytes);
+  for (auto _ : state) benchmark::DoNotOptimize(Analysis::ReadText("devices.def", bytes, AnalysisOptions()));
+}
+BENCHMARK(BM_LspAnalysis)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_LspDiagnosticsBody(benchmark::State& state) {
+  std::string bytes = SampleEdit(5).after;
+  const BufferEncoding encoding = EncodeBuffer(bytes);
+  const std::unique_ptr<Analysis> analysis = Analysis::ReadText("devices.def", bytes, AnalysisOptions());
+  for (auto _ : state) benchmark::DoNotOptimize(PublishDiagnosticsBody(kUri, 2, analysis.get(), encoding));
+  state.counters["findings"] = static_cast<double>(analysis->Findings().size());
+}
+BENCHMARK(BM_LspDiagnosticsBody)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace
+
+BENCHMARK_MAIN();
