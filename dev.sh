@@ -4,7 +4,7 @@
 set -euo pipefail
 
 PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
-          clang libclang-rt-dev gcovr valgrind)
+          clang libclang-rt-dev gcovr valgrind neovim)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -79,13 +79,14 @@ fuzz_long() {
   build fuzz
   for target in build/fuzz/fuzz/fuzz_*; do
     [ -x "$target" ] || continue
-    local name seeds
+    local name seeds dict
     name="$(basename "$target")"
-    seeds=fuzz/corpus/files
+    seeds=fuzz/corpus/files dict=fuzz/devdef.dict
     [ "$name" = fuzz_scan_formatted ] && seeds=fuzz/corpus/scan
+    [ "$name" = fuzz_lsp_messages ] && seeds=fuzz/lsp_corpus dict=fuzz/lsp.dict
     mkdir -p "build/fuzz/corpus/$name"
     echo "dev.sh: $name for $seconds s"
-    "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -dict=fuzz/devdef.dict \
+    "$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -dict="$dict" \
       -print_final_stats=1 "build/fuzz/corpus/$name" "$seeds"
   done
 }
@@ -98,6 +99,9 @@ case "${1:-}" in
     ;;
   test)
     install_missing
+    # The language server's test in Neovim runs in every build: here nvim is
+    # installed, so a missing one fails rather than skips it.
+    export DEVDEF_REQUIRE_NVIM=1
     build dev
     ctest --preset dev --parallel "$JOBS"
     tests/consumer/check.sh build/dev
