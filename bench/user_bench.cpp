@@ -93,6 +93,8 @@ const ToolCommand kToolCommands[] = {
     {"write", 7, {"write", "FILE", "-o", "OUT"}},
     {"convert", 2, {"convert", "FILE", "-o", "OUT"}},
     {"export", 7, {"export", "FILE", "--dir", "/tmp"}},
+    // Both files read and compared: set against two first reads.
+    {"diff", 7, {"diff", "FILE", "FILE"}},
 };
 
 void BM_Tool(benchmark::State& state, const ToolCommand* command) {
