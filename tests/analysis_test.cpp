@@ -333,4 +333,23 @@ TEST(Analysis, PlacesHoldWhatTheCatalogueGot) {
   }
 }
 
+// A line of 200,000 adapter numbers without names: each finding points at
+// its own number, in time proportional to the line.
+TEST(Analysis, EachOfManyUnnamedNumbersAtItsColumn) {
+  const int count = 200000;
+  std::string line = "KVR5DEF: 1 0 0 ";
+  for (int i = 0; i < count; ++i) line += i == 0 ? "9" : ",9";
+  const std::unique_ptr<Analysis> analysis = Analyse(
+      Join({"DEF_LAYOUT_VERSION = 1", "HOUSING_LIST DIP8;", "ADAPTER_LIST A;", "MODUL_LIST BASE;", "K:", ":M", "D",
+            "{", line + " 28 : text", "}"},
+           "\n"));
+  std::vector<int> columns;
+  for (const Finding& f : analysis->Findings()) {
+    if (std::string(f.kind->id) == "bad-number") columns.push_back(f.range.start.column);
+  }
+  ASSERT_EQ(columns.size(), static_cast<size_t>(count));
+  EXPECT_EQ(columns.front(), 16);
+  EXPECT_EQ(columns.back(), 16 + 2 * (count - 1));
+}
+
 }  // namespace

@@ -19,7 +19,8 @@ struct DefinitionField {
 };
 
 // The fields of the definition line at line (its bytes without comment and
-// white space at its ends) in a file of the layout, in file order.
+// white space at its ends) in a file of the layout, in file order, which is
+// also the order of kind and index.
 std::vector<DefinitionField> SplitDefinitionFields(const std::string& bytes, ByteSpan line, int layout);
 
 // The field of this kind and index whose number, taken as the reader takes
