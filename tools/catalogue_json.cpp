@@ -35,6 +35,18 @@ json NameList(const CStringArray& list) {
 
 json LineOf(const TextRange* place) { return place != nullptr ? json(place->start.line) : json(nullptr); }
 
+// The package name of a visible definition, as its device gives it. The
+// device finds a definition by its visible index with a walk over its
+// definitions, so asking it for each of many would cost their number
+// squared: the name is asked of a device that holds a copy of this
+// definition alone.
+const char* PackageNameOf(DEVICE_KVRXDEF_ITEM& def) {
+  static DEVICE_ITEM single;
+  if (single.m_DefArray.GetSize() != 1) single.m_DefArray.SetSize(1);
+  single.m_DefArray[0] = def;
+  return single.GetDevicePackage(0);
+}
+
 // The definition at index, which is the visible-th visible one of its
 // device, or hidden when visible is -1.
 json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int visible) {
@@ -55,7 +67,7 @@ json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int 
   item["hidden"] = static_cast<bool>(def.IsHidden());
   item["visible_index"] = visible >= 0 ? json(visible) : json(nullptr);
   item["packages"] = std::move(packages);
-  const char* packageName = visible >= 0 ? device.GetDevicePackage(visible) : nullptr;
+  const char* packageName = visible >= 0 ? PackageNameOf(def) : nullptr;
   if (packageName != nullptr) {
     PutShownText(item, "package_name", packageName, std::strlen(packageName));
   } else {
