@@ -52,6 +52,8 @@ TEST(Cli, TreeOfEachLayout) {
     const ToolRun json = Tool("tree --json " + Example(file));
     ASSERT_EQ(json.status, 0);
     const nlohmann::json tree = nlohmann::json::parse(json.out);
+    // Printed device by device, the document reads as if printed whole.
+    EXPECT_EQ(json.out, tree.dump(2) + "\n");
     EXPECT_FALSE(tree["kinds"].empty());
     EXPECT_FALSE(tree["packages"].empty());
   }
@@ -97,6 +99,8 @@ TEST(Cli, ListAndPatterns) {
   EXPECT_EQ(list["devices"][1]["name"], "AT89S8252");
   EXPECT_EQ(list["devices"][1]["line"], 27);
   EXPECT_EQ(Tool("list " + Example("adapters_v7.def") + " 'intel'").status, 1);
+  const ToolRun none = Tool("list --json " + Example("adapters_v7.def") + " 'intel'");
+  EXPECT_EQ(none.out, nlohmann::json::parse(none.out).dump(2) + "\n");
   const ToolRun fields = Tool("list --all-fields " + Example("adapters_v7.def") + " 'intel'");
   EXPECT_EQ(fields.status, 0);
   EXPECT_NE(fields.out.find("28F320J3"), std::string::npos);

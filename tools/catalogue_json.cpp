@@ -1,8 +1,10 @@
 #include "tools/catalogue_json.h"
 
 #include <cstring>
+#include <utility>
 
 #include "tools/json_document.h"
+#include "tools/json_stream.h"
 
 using nlohmann::json;
 
@@ -141,39 +143,44 @@ json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices)
   return array;
 }
 
-json TreeJson(Analysis& analysis) {
-  // Walks the lists themselves: kinds and manufacturers without devices are
-  // part of the tree too.
-  json kinds = json::array();
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = analysis.Controller().getDeviceList();
-  for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
-    const POSITION kindPos = k;
-    TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
-    json manufacturers = json::array();
-    if (kind.m_pManufList != nullptr) {
-      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-        const POSITION manufPos = m;
-        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-        json devices = json::array();
-        if (manuf.m_pDeviceList != nullptr) {
-          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-            devices.push_back(DeviceJson(analysis, DeviceAt{kindPos, manufPos, &kind, &manuf, &device}));
-          }
-        }
-        json item = ManufacturerJson(analysis, manufPos, manuf);
-        item["devices"] = std::move(devices);
-        manufacturers.push_back(std::move(item));
-      }
-    }
-    json item = KindJson(analysis, kindPos, kind);
-    item["manufacturers"] = std::move(manufacturers);
-    kinds.push_back(std::move(item));
-  }
+void PrintDevicesJson(std::FILE* out, json document, const char* key, const Analysis& analysis,
+                      const std::vector<DeviceAt>& devices) {
+  JsonStream stream(out);
+  stream.OpenObject(std::move(document), key);
+  for (const DeviceAt& at : devices) stream.Element(DeviceJson(analysis, at));
+  stream.CloseObject();
+}
+
+json TreeFrame(const Analysis& analysis) {
   json tree = DocumentFrame(analysis);
   tree["packages"] = NameList(DEVICE_ITEM::m_PackageList);
   tree["adapters"] = NameList(DEVICE_ITEM::m_AdapterList);
   tree["modules"] = NameList(DEVICE_ITEM::m_ModulList);
-  tree["kinds"] = std::move(kinds);
   return tree;
+}
+
+void WalkTree(Analysis& analysis, TreeVisitor& visitor) {
+  // Walks the lists themselves: kinds and manufacturers without devices are
+  // part of the tree too.
+  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = analysis.Controller().getDeviceList();
+  for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
+    const POSITION kindPos = k;
+    TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
+    visitor.Kind(KindJson(analysis, kindPos, kind));
+    if (kind.m_pManufList != nullptr) {
+      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+        const POSITION manufPos = m;
+        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
+        visitor.Manufacturer(ManufacturerJson(analysis, manufPos, manuf));
+        if (manuf.m_pDeviceList != nullptr) {
+          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
+            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
+            visitor.Device(DeviceJson(analysis, DeviceAt{kindPos, manufPos, &kind, &manuf, &device}));
+          }
+        }
+        visitor.EndManufacturer();
+      }
+    }
+    visitor.EndKind();
+  }
 }

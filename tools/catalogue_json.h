@@ -6,7 +6,9 @@
 #ifndef DEVDEF_TOOLS_CATALOGUE_JSON_H_
 #define DEVDEF_TOOLS_CATALOGUE_JSON_H_
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
+#include <vector>
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
@@ -24,9 +26,32 @@ nlohmann::json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int
 nlohmann::json DeviceJson(const Analysis& analysis, const DeviceAt& at);
 // An array of the devices.
 nlohmann::json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices);
-// The whole catalogue: the document frame, the header lists "packages",
-// "adapters" and "modules" as numbered names, and "kinds", each kind with
-// its "manufacturers", each with its "devices".
-nlohmann::json TreeJson(Analysis& analysis);
+// Prints document with its field key holding the devices' objects, byte
+// for byte as the whole document would print, one device in memory at a
+// time.
+void PrintDevicesJson(std::FILE* out, nlohmann::json document, const char* key, const Analysis& analysis,
+                      const std::vector<DeviceAt>& devices);
+
+// The frame of the whole catalogue's document: the document frame with the
+// header lists "packages", "adapters" and "modules" as numbered names. Its
+// field "kinds" follows, each kind with its "manufacturers", each with its
+// "devices".
+nlohmann::json TreeFrame(const Analysis& analysis);
+
+// What WalkTree hands out: each kind and manufacturer without its list, and
+// each device whole, in walk order; kinds and manufacturers without devices
+// too.
+class TreeVisitor {
+ public:
+  virtual ~TreeVisitor() = default;
+  virtual void Kind(nlohmann::json kind) = 0;
+  virtual void Manufacturer(nlohmann::json manufacturer) = 0;
+  virtual void Device(const nlohmann::json& device) = 0;
+  virtual void EndManufacturer() = 0;
+  virtual void EndKind() = 0;
+};
+
+// Walks the catalogue, one device's object in memory at a time.
+void WalkTree(Analysis& analysis, TreeVisitor& visitor);
 
 #endif  // DEVDEF_TOOLS_CATALOGUE_JSON_H_

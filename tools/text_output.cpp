@@ -50,21 +50,13 @@ void PrintDefinitionLine(std::FILE* out, const char* indent, const json& def, bo
 
 }  // namespace
 
-void PrintTreeText(std::FILE* out, const json& tree) {
-  for (const json& kind : tree["kinds"]) {
-    std::fprintf(out, "%s\n", kind["name"].get<std::string>().c_str());
-    for (const json& manuf : kind["manufacturers"]) {
-      std::fprintf(out, "  %s\n", manuf["name"].get<std::string>().c_str());
-      for (const json& device : manuf["devices"]) {
-        std::fprintf(out, "    %s  (%d visible of %zu definitions)\n", device["name"].get<std::string>().c_str(),
-                     device["visible_definitions"].get<int>(), device["definitions"].size());
-        for (const json& def : device["definitions"]) {
-          if (def["hidden"].get<bool>()) continue;
-          PrintDefinitionLine(out, "      ", def, false);
-          std::fprintf(out, "        text:%s\n", def["text"].get<std::string>().c_str());
-        }
-      }
-    }
+void PrintTreeDeviceText(std::FILE* out, const json& device) {
+  std::fprintf(out, "    %s  (%d visible of %zu definitions)\n", device["name"].get<std::string>().c_str(),
+               device["visible_definitions"].get<int>(), device["definitions"].size());
+  for (const json& def : device["definitions"]) {
+    if (def["hidden"].get<bool>()) continue;
+    PrintDefinitionLine(out, "      ", def, false);
+    std::fprintf(out, "        text:%s\n", def["text"].get<std::string>().c_str());
   }
 }
 
@@ -73,10 +65,8 @@ std::string DevicePathText(const json& device) {
          " / " + device["name"].get<std::string>();
 }
 
-void PrintListText(std::FILE* out, const json& devices) {
-  for (const json& device : devices) {
-    std::fprintf(out, "%s (%d visible)\n", DevicePathText(device).c_str(), device["visible_definitions"].get<int>());
-  }
+void PrintListLine(std::FILE* out, const json& device) {
+  std::fprintf(out, "%s (%d visible)\n", DevicePathText(device).c_str(), device["visible_definitions"].get<int>());
 }
 
 void PrintDeviceText(std::FILE* out, const json& device) {

@@ -7,12 +7,13 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-// The tree of kinds, manufacturers and devices with the visible definitions.
-void PrintTreeText(std::FILE* out, const nlohmann::json& tree);
+// A device of the tree, under its kind's and manufacturer's names, with its
+// visible definitions.
+void PrintTreeDeviceText(std::FILE* out, const nlohmann::json& device);
 // "kind / manufacturer / name" of a device object.
 std::string DevicePathText(const nlohmann::json& device);
-// One line per device: "kind / manufacturer / device (N visible)".
-void PrintListText(std::FILE* out, const nlohmann::json& devices);
+// A device's line in a list: "kind / manufacturer / device (N visible)".
+void PrintListLine(std::FILE* out, const nlohmann::json& device);
 // Everything about one device, hidden definitions marked, with the lines of
 // the device and its definitions where they are known.
 void PrintDeviceText(std::FILE* out, const nlohmann::json& device);

@@ -25,12 +25,11 @@ int RunList(const ListArguments& args) {
   const NamePattern pattern(args.pattern.empty() ? "*" : args.pattern);
   const DeviceLookup found = LookUpDevices(analysis->Controller(), pattern, args.allFields, 3);
   json document = DocumentFrame(*analysis);
-  document["devices"] = DevicesJson(*analysis, found.matches);
   if (found.matches.empty()) document["candidates"] = DevicesJson(*analysis, found.closest);
   if (args.json) {
-    PrintJson(document);
+    PrintDevicesJson(stdout, document, "devices", *analysis, found.matches);
   } else {
-    PrintListText(stdout, document["devices"]);
+    for (const DeviceAt& at : found.matches) PrintListLine(stdout, DeviceJson(*analysis, at));
   }
   if (!found.matches.empty()) return kExitSuccess;
   ReportNoDevice(pattern, document["candidates"]);

@@ -93,15 +93,13 @@ int RunShow(const ShowArguments& args) {
   const Shown shown = args.byId ? ShowById(analysis->Controller(), static_cast<std::uint32_t>(args.id))
                                 : ShowByName(analysis->Controller(), pattern, args.all);
   json document = DocumentFrame(*analysis);
-  document["devices"] = DevicesJson(*analysis, shown.devices);
   if (shown.devices.empty()) document["candidates"] = DevicesJson(*analysis, shown.candidates);
   if (args.json) {
-    PrintJson(document);
+    PrintDevicesJson(stdout, document, "devices", *analysis, shown.devices);
   } else {
-    const json& devices = document["devices"];
-    for (size_t i = 0; i < devices.size(); ++i) {
+    for (size_t i = 0; i < shown.devices.size(); ++i) {
       if (i > 0) std::printf("\n");
-      PrintDeviceText(stdout, devices[i]);
+      PrintDeviceText(stdout, DeviceJson(*analysis, shown.devices[i]));
     }
   }
   if (shown.devices.empty()) {

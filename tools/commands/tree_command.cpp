@@ -1,20 +1,51 @@
-// devdef tree: the whole catalogue.
+// devdef tree: the whole catalogue, printed device by device as it is walked.
+#include <cstdio>
 #include <memory>
+#include <string>
 
 #include "tools/catalogue_json.h"
 #include "tools/commands/command.h"
+#include "tools/json_stream.h"
 #include "tools/text_output.h"
 
+using nlohmann::json;
+
 namespace {
+
+class TreeText : public TreeVisitor {
+ public:
+  void Kind(json kind) override { std::printf("%s\n", kind["name"].get<std::string>().c_str()); }
+  void Manufacturer(json manufacturer) override {
+    std::printf("  %s\n", manufacturer["name"].get<std::string>().c_str());
+  }
+  void Device(const json& device) override { PrintTreeDeviceText(stdout, device); }
+  void EndManufacturer() override {}
+  void EndKind() override {}
+};
+
+class TreeDocument : public TreeVisitor {
+ public:
+  explicit TreeDocument(json frame) { stream_.OpenObject(std::move(frame), "kinds"); }
+  ~TreeDocument() override { stream_.CloseObject(); }
+  void Kind(json kind) override { stream_.OpenObject(std::move(kind), "manufacturers"); }
+  void Manufacturer(json manufacturer) override { stream_.OpenObject(std::move(manufacturer), "devices"); }
+  void Device(const json& device) override { stream_.Element(device); }
+  void EndManufacturer() override { stream_.CloseObject(); }
+  void EndKind() override { stream_.CloseObject(); }
+
+ private:
+  JsonStream stream_{stdout};
+};
 
 int RunTree(const CommonArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
-  const nlohmann::json document = TreeJson(*analysis);
   if (args.json) {
-    PrintJson(document);
+    TreeDocument document(TreeFrame(*analysis));
+    WalkTree(*analysis, document);
   } else {
-    PrintTreeText(stdout, document);
+    TreeText text;
+    WalkTree(*analysis, text);
   }
   return kExitSuccess;
 }
