@@ -4,7 +4,7 @@
 set -euo pipefail
 
 PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
-          clang libclang-rt-dev gcovr valgrind neovim)
+          clang libclang-rt-dev gcovr valgrind neovim doxygen)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -17,11 +17,15 @@ commands:
   example   build the tool and print the bundled example as a tree
   test      build and run the whole test suite, then again under
             AddressSanitizer and UndefinedBehaviorSanitizer, under valgrind
-            memcheck and as a shared library; install each library build
-            into a temporary prefix and build a host against it
-            (find_package, pkg-config); run each fuzz target for a short
-            smoke (FUZZ_SECONDS, default 30); check the coverage of the
-            library (at least 95% of lines and 90% of branches)
+            memcheck and as a shared library; build the library alone, as
+            on a machine without the tool's and the tests' packages; install
+            each library build into a temporary prefix and build and run the
+            host samples of examples/host against it (find_package,
+            pkg-config); render the API reference; run each fuzz target for
+            a short smoke (FUZZ_SECONDS, default 30); check the coverage of
+            the library (at least 95% of lines and 90% of branches)
+  docs      render the API reference and the host guide with Doxygen into
+            build/docs/html (any Doxygen warning fails)
   coverage  build with gcov, run the test suite and write the report to
             build/coverage/report/index.html
   fuzz [SECONDS]
@@ -51,9 +55,34 @@ install_missing() {
   DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
+# build PRESET [TARGET...]
 build() {
-  cmake --preset "$1"
-  cmake --build --preset "$1" --parallel "$JOBS"
+  local preset="$1"
+  shift
+  cmake --preset "$preset"
+  cmake --build --preset "$preset" --parallel "$JOBS" ${1:+--target "$@"}
+}
+
+# The library configured as on a machine without GoogleTest, Google
+# Benchmark, CLI11 and nlohmann-json: it must say what it leaves out, build
+# and install the library, and serve the host samples.
+library_only() {
+  local dir=build/library-only log
+  rm -rf "$dir"
+  log="$(cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Release -DDEVDEF_WERROR=ON \
+    -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON \
+    -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON 2>&1)" ||
+    { echo "$log" >&2; exit 1; }
+  grep -q '^devdef: the library is built, but not the devdef tool' <<<"$log" ||
+    { echo "$log" >&2; echo "dev.sh: the library-only configure did not say what it left out" >&2; exit 1; }
+  cmake --build "$dir" --parallel "$JOBS"
+  tests/consumer/check.sh "$dir"
+}
+
+docs() {
+  mkdir -p build/docs
+  doxygen docs/Doxyfile
+  echo "dev.sh: API reference in build/docs/html/index.html"
 }
 
 # The test binaries run one at a time: parallel runs of one binary would
@@ -94,7 +123,7 @@ fuzz_long() {
 case "${1:-}" in
   example)
     install_missing
-    build dev
+    build dev devdef_tool
     ./build/dev/tools/devdef tree examples/instruments.def
     ;;
   test)
@@ -112,12 +141,18 @@ case "${1:-}" in
     build shared
     ctest --preset shared --parallel "$JOBS"
     tests/consumer/check.sh build/shared
+    library_only
+    docs
     fuzz_smoke
     coverage
     ;;
   coverage)
     install_missing
     coverage
+    ;;
+  docs)
+    install_missing
+    docs
     ;;
   fuzz)
     install_missing
