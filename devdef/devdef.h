@@ -1,6 +1,19 @@
-// devdef: a catalogue of device definitions read from definition files, with
-// the class-library layer it is written against. The one header a host
-// includes.
+/// \file
+/// devdef: a catalogue of device definitions read from definition files, with
+/// the class-library layer it is written against. The one header a host
+/// includes.
+///
+/// What it brings in:
+/// - Controllers: catalogue/abstract_ctrl.h (cAbstractDeviceDefCtrl, the operations a host calls),
+///   catalogue/device_def_ctrl.h (KCDeviceDefCtrl, layout 1), catalogue/device_def_ctrl_v2.h (KCDeviceDefCtrlV2,
+///   layout 2), catalogue/device_def_ctrl_v3.h (KCDeviceDefCtrlV3, layout 7).
+/// - Records: catalogue/catalogue_tags.h (TAG_KIND_OF_DEVICE, TAG_DEVICE_MANUF), catalogue/device_item.h
+///   (DEVICE_ITEM), catalogue/definition_item.h (DEVICE_KVRXDEF_ITEM).
+/// - Name lists and package names: catalogue/device_item.h (the process-wide DEVICE_ITEM::m_PackageList,
+///   DEVICE_ITEM::m_AdapterList, DEVICE_ITEM::m_ModulList and the name operations).
+/// - Format scanner: writer/format_scanner.h (ScanFormatted).
+/// - Class-library layer: platform/ (CString, the arrays, CList, CFile, CMemFile, CArchive, the exceptions,
+///   message boxes, POSITION and the other types, DEVDEF_API).
 #ifndef DEVDEF_DEVDEF_H_
 #define DEVDEF_DEVDEF_H_
 
