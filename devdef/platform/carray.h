@@ -1,6 +1,5 @@
-// CArray: the class library's growing array of records. Elements are
-// contiguous and move when the array grows, so pointers into it hold only
-// until the next growth.
+/// \file
+/// CArray, the class library's growing array.
 #ifndef DEVDEF_PLATFORM_CARRAY_H_
 #define DEVDEF_PLATFORM_CARRAY_H_
 
@@ -16,59 +15,91 @@
 
 class CString;
 
+/// \cond internal
 // Numbers, bytes and strings grow geometrically: an array of them may hold a
 // whole line of a file. Other elements (the records of a catalogue) grow by
 // the class library's rule.
 template <class TYPE>
 struct DevdefGrowsGeometrically
     : std::integral_constant<bool, std::is_arithmetic<TYPE>::value || std::is_same<TYPE, CString>::value> {};
+/// \endcond
 
+/// The class library's growing array: elements of TYPE, contiguous and indexed from 0, passed in as ARG_TYPE. They
+/// move when the array grows, so pointers and references into it hold only until the next growth; a short array of
+/// numbers keeps its elements inside the array object, so for it they hold only while the object stays in place.
+///
+/// As in the class library, SetSize, SetAtGrow and Add grow the array, and an array of records with the grow-by value
+/// 0 (the default) grows by its rule: the first allocation holds exactly the size asked for, then the capacity rises
+/// by an eighth of the size, at least 4 and at most 1024. Arrays of numbers, bytes and CString grow geometrically
+/// instead (by half) whatever grow-by value they are given. No index is checked: it must lie in [0, GetSize()).
+///
+/// Smaller than the class library's: no CObject base, Serialize, Dump or AssertValid; no InsertAt, Append or Copy;
+/// not copyable, only movable. New elements are value-initialised (0 for numbers), not zero-filled before their
+/// constructor runs. TYPE must be default-constructible and copy-assignable.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray {
  public:
+  /// An empty array; it allocates nothing.
   CArray() = default;
   CArray(const CArray&) = delete;
   CArray& operator=(const CArray&) = delete;
-  // Takes over the other array's elements, leaving it empty.
+  /// Takes over the other array's elements, leaving it empty.
   CArray(CArray&& other) noexcept { m_storage.TakeFrom(other.m_storage); }
+  /// Destroys the elements and frees the storage.
   ~CArray() { SetSize(0); }
 
+  /// The number of elements.
   int GetSize() const { return m_storage.Size(); }
+  /// The number of elements, as GetSize.
   int GetCount() const { return GetSize(); }
+  /// GetSize() - 1: the last index, -1 when empty.
   int GetUpperBound() const { return GetSize() - 1; }
+  /// Whether there are no elements.
   BOOL IsEmpty() const { return GetSize() == 0; }
 
-  // Sets the size; new elements are value-initialised (0 for numbers). Size
-  // 0 frees the storage. nGrowBy -1 keeps the grow-by value; 0 is the class
-  // library's rule: an eighth of the size, at least 4 and at most 1024 more.
-  // Numbers, bytes and strings ignore it: their capacity grows by half.
+  /// Sets the size (a negative one counts as 0): new elements are value-initialised (0 for numbers), elements beyond
+  /// the new size are destroyed, and size 0 frees the storage. nGrowBy -1 keeps the grow-by value; 0 is the class
+  /// library's rule: an eighth of the size, at least 4 and at most 1024 more. Numbers, bytes and CString ignore it:
+  /// their capacity grows by half.
   void SetSize(int nNewSize, int nGrowBy = -1);
+  /// SetSize(0): destroys every element and frees the storage.
   void RemoveAll() { SetSize(0); }
-  // Gives back the capacity beyond the size.
+  /// Gives back the capacity beyond the size; the elements may move.
   void FreeExtra();
 
+  /// The element at nIndex, which must lie in [0, GetSize()); not checked.
   TYPE& GetAt(int nIndex) { return Data()[nIndex]; }
+  /// The element at nIndex, which must lie in [0, GetSize()); not checked.
   const TYPE& GetAt(int nIndex) const { return Data()[nIndex]; }
+  /// The element at nIndex, which must lie in [0, GetSize()); not checked.
   TYPE& ElementAt(int nIndex) { return Data()[nIndex]; }
+  /// The element at nIndex, which must lie in [0, GetSize()); not checked.
   TYPE& operator[](int nIndex) { return Data()[nIndex]; }
+  /// The element at nIndex, which must lie in [0, GetSize()); not checked.
   const TYPE& operator[](int nIndex) const { return Data()[nIndex]; }
+  /// Assigns newElement to the element at nIndex, which must lie in [0, GetSize()); not checked.
   void SetAt(int nIndex, ARG_TYPE newElement) { Data()[nIndex] = newElement; }
-  // Null while the array has no storage.
+  /// The first element, contiguous with the others; null while the array has no storage.
   TYPE* GetData() { return Data(); }
+  /// The first element, contiguous with the others; null while the array has no storage.
   const TYPE* GetData() const { return Data(); }
 
-  // Sets the element at nIndex, growing the array when needed; at the
-  // current size it appends.
+  /// Sets the element at nIndex, growing the array to nIndex + 1 when needed (the elements between are
+  /// value-initialised); at the current size it appends. A negative nIndex does nothing. newElement may be an element
+  /// of this array.
   void SetAtGrow(int nIndex, ARG_TYPE newElement);
+  /// Appends newElement, which may be an element of this array; returns its index.
   int Add(ARG_TYPE newElement) {
     const int index = GetSize();
     SetAtGrow(index, newElement);
     return index;
   }
+  /// Removes nCount elements from nIndex, moving the later ones down by assignment; the count is clamped to the end.
+  /// An nIndex out of range or an nCount <= 0 does nothing (the class library asserts).
   void RemoveAt(int nIndex, int nCount = 1);
 
  protected:
-  // Whether p points into this array's elements.
+  /// Whether p points into this array's elements, for a derived array that must copy such an element before growing.
   bool IsOwnElement(const void* p) const {
     const std::less<const void*> before;
     const TYPE* data = Data();

@@ -1,7 +1,10 @@
-// Where a CArray keeps its elements. A catalogue holds two number lists per
-// definition and one array of definitions per device, so both forms are
-// kept small: the array object of numbers is one pointer wide, that of other
-// elements a pointer and three ints with int alignment.
+/// \file
+/// Where a CArray keeps its elements: internal to CArray, not for hosts.
+//
+// A catalogue holds two number lists per definition and one array of
+// definitions per device, so both forms are kept small: the array object of
+// numbers is one pointer wide, that of other elements a pointer and three
+// ints with int alignment.
 #ifndef DEVDEF_PLATFORM_CARRAY_STORAGE_H_
 #define DEVDEF_PLATFORM_CARRAY_STORAGE_H_
 
@@ -10,6 +13,8 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
+
+/// \cond internal
 
 // Numbers and bytes: one pointer's room, which holds either nothing (all
 // zero: no storage), a heap block that starts with the size and the room, or,
@@ -200,5 +205,6 @@ class DevdefRecordStorage {
   int m_nMaxSize = 0;
   int m_nGrowBy = 0;
 };
+/// \endcond
 
 #endif  // DEVDEF_PLATFORM_CARRAY_STORAGE_H_

@@ -1,7 +1,5 @@
-// CList: the class library's doubly linked list of records held by value in
-// nodes. Nodes are carved from blocks of nBlockSize; a node, and the record in
-// it, never moves while the list stands, so a POSITION and the address of a
-// record stay good until the record is removed or the list is emptied.
+/// \file
+/// CList, the class library's doubly linked list.
 #ifndef DEVDEF_PLATFORM_CLIST_H_
 #define DEVDEF_PLATFORM_CLIST_H_
 
@@ -10,51 +8,83 @@
 
 #include "devdef/platform/types.h"
 
+/// The class library's doubly linked list of records of TYPE, held by value in nodes and passed in as ARG_TYPE. Nodes
+/// are carved from blocks of nBlockSize; a node, and the record in it, never moves while the list stands, so a
+/// POSITION and the address of a record stay good until that record is removed or the list is emptied. Removing the
+/// last record frees every block, as in the class library. A new record is built with TYPE() and then assigned.
+///
+/// No POSITION is checked: it must be a live node of this list (GetAtPosition aside), and GetHead and GetTail need a
+/// list that is not empty. Smaller than the class library's: no CObject base, Serialize or Dump; no Find, and no
+/// AddHead or AddTail of a whole list; GetHead and GetTail have no const overload; RemoveHead and RemoveTail return
+/// nothing, not the removed record; not copyable.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CList {
  public:
+  /// An empty list that allocates nBlockSize nodes at a time (10 when nBlockSize <= 0); it allocates nothing yet.
   explicit CList(int nBlockSize = 10) : m_nBlockSize(nBlockSize > 0 ? nBlockSize : 10) {}
   CList(const CList&) = delete;
   CList& operator=(const CList&) = delete;
+  /// Destroys every record and frees the node blocks.
   ~CList() { RemoveAll(); }
 
+  /// The number of records.
   int GetCount() const { return m_nCount; }
+  /// The number of records, as GetCount.
   int GetSize() const { return m_nCount; }
+  /// Whether there are no records.
   BOOL IsEmpty() const { return m_nCount == 0; }
 
+  /// The head's node; null when the list is empty.
   POSITION GetHeadPosition() const { return ToPosition(m_pNodeHead); }
+  /// The tail's node; null when the list is empty.
   POSITION GetTailPosition() const { return ToPosition(m_pNodeTail); }
+  /// The first record; the list must not be empty (not checked).
   TYPE& GetHead() { return m_pNodeHead->Data(); }
+  /// The last record; the list must not be empty (not checked).
   TYPE& GetTail() { return m_pNodeTail->Data(); }
 
-  // Returns the record at rPosition and moves rPosition to the next node
-  // (null after the tail).
+  /// Returns the record at rPosition, which must not be null, and moves rPosition to the next node (null after the
+  /// tail).
   TYPE& GetNext(POSITION& rPosition) const {
     Node* node = ToNode(rPosition);
     rPosition = ToPosition(node->pNext);
     return node->Data();
   }
+  /// Returns the record at rPosition, which must not be null, and moves rPosition to the previous node (null before
+  /// the head).
   TYPE& GetPrev(POSITION& rPosition) const {
     Node* node = ToNode(rPosition);
     rPosition = ToPosition(node->pPrev);
     return node->Data();
   }
+  /// The record at position, which must not be null.
   TYPE& GetAt(POSITION position) const { return ToNode(position)->Data(); }
-  // Not in the class library: the record at a position of any list of this
-  // type, for code that holds a position but not the list it came from.
+  /// Not in the class library: the record at a position of any list of this type, for code that holds a position but
+  /// not the list it came from. position must not be null.
   static TYPE& GetAtPosition(POSITION position) { return ToNode(position)->Data(); }
+  /// Assigns newElement to the record at position, which must not be null.
   void SetAt(POSITION position, ARG_TYPE newElement) { ToNode(position)->Data() = newElement; }
 
+  /// Adds a copy of newElement in front of the head; returns its node.
   POSITION AddHead(ARG_TYPE newElement);
+  /// Adds a copy of newElement behind the tail; returns its node.
   POSITION AddTail(ARG_TYPE newElement);
+  /// Adds a copy of newElement in front of position (at the head when position is null); returns its node.
   POSITION InsertBefore(POSITION position, ARG_TYPE newElement);
+  /// Adds a copy of newElement behind position (at the tail when position is null); returns its node.
   POSITION InsertAfter(POSITION position, ARG_TYPE newElement);
+  /// Removes and destroys the first record, if any; returns nothing, unlike the class library.
   void RemoveHead() { RemoveAt(GetHeadPosition()); }
+  /// Removes and destroys the last record, if any; returns nothing, unlike the class library.
   void RemoveTail() { RemoveAt(GetTailPosition()); }
+  /// Removes and destroys the record at position (null does nothing); its POSITION and address dangle afterwards,
+  /// and the node may be reused by the next record added.
   void RemoveAt(POSITION position);
-  // Destroys every record and frees the node blocks.
+  /// Destroys every record and frees the node blocks; every POSITION of the list dangles afterwards.
   void RemoveAll();
 
+  /// The node of the record at nIndex, counted from the head from 0 by walking the list; null when nIndex is out of
+  /// range.
   POSITION FindIndex(int nIndex) const;
 
  private:

@@ -1,34 +1,37 @@
-// Byte-string comparisons of the Windows C runtime. Strings are compared byte
-// by byte; the case-insensitive one folds ASCII letters only, whatever the
-// locale.
+/// \file
+/// The few routines of the Windows C runtime that the library uses (byte-string comparison, the "%d" and "%x"
+/// conversions of sscanf), with the character classes of the readers. All of them ignore the locale.
 #ifndef DEVDEF_PLATFORM_CRT_H_
 #define DEVDEF_PLATFORM_CRT_H_
 
 #include "devdef/platform/export.h"
 
+/// Compares two zero-terminated strings byte by byte as unsigned values, with no multibyte code page: <0, 0 or >0,
+/// the difference of the first unequal bytes. Neither pointer may be null.
 DEVDEF_API int _mbscmp(const unsigned char* lhs, const unsigned char* rhs);
+/// As _mbscmp after folding A-Z to a-z; bytes outside ASCII are compared unchanged, whatever the locale.
 DEVDEF_API int _mbsicmp(const unsigned char* lhs, const unsigned char* rhs);
 
-// Character classes used by the readers: exactly blank, tab, LF, VT, FF, CR.
+/// Whether c is white space for the readers and for CString's trimming: exactly blank, tab, LF, VT, FF, CR, whatever
+/// the locale.
 inline bool DevdefIsSpace(unsigned char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
+/// c with A-Z folded to a-z; every other byte unchanged, whatever the locale.
 inline unsigned char DevdefToLower(unsigned char c) {
   return (c >= 'A' && c <= 'Z') ? static_cast<unsigned char>(c + ('a' - 'A')) : c;
 }
 
-// The two conversions the readers make with sscanf, "%d" and "%x", with the
-// 32-bit results of the Windows runtime: white space in front is skipped, a
-// sign is taken, digits are read until the first byte that cannot continue the
-// number, and the value wraps modulo 2^32 instead of overflowing. "%x" also
-// takes a leading 0x or 0X. Each returns 1 when a number was read, else 0,
-// and stores nothing on 0.
-//
-// Nearly every field of a definition line is a plain number right at the
-// cursor: that case is read here, everything else by the general scanners.
+/// sscanf(pszText, "%d", pnValue) with the 32-bit result of the Windows runtime: white space in front is skipped, a
+/// sign is taken, digits are read until the first byte that cannot continue the number, and the value wraps modulo
+/// 2^32 instead of overflowing. Returns 1 when a number was read, else 0, and stores nothing on 0. pszText must be
+/// zero-terminated and pnValue must not be null.
 DEVDEF_API int DevdefScanDecimalGeneral(const char* pszText, int* pnValue);
+/// sscanf(pszText, "%x", pnValue): as DevdefScanDecimalGeneral, and a leading 0x or 0X is taken ("0x" alone reads 0).
 DEVDEF_API int DevdefScanHexGeneral(const char* pszText, unsigned int* pnValue);
 
+/// The same as DevdefScanDecimalGeneral. Nearly every field of a definition line is a plain number right at the
+/// cursor: that case is read here, inline, everything else by the general scanner.
 inline int DevdefScanDecimal(const char* pszText, int* pnValue) {
   const char* p = pszText;
   if (static_cast<unsigned char>(*p - '0') > 9) return DevdefScanDecimalGeneral(pszText, pnValue);
@@ -38,7 +41,7 @@ inline int DevdefScanDecimal(const char* pszText, int* pnValue) {
   return 1;
 }
 
-// The value of a hex digit, or -1.
+/// The value of the hex digit c (0-9, a-f, A-F), or -1.
 inline int DevdefHexDigit(unsigned char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -46,6 +49,7 @@ inline int DevdefHexDigit(unsigned char c) {
   return -1;
 }
 
+/// The same as DevdefScanHexGeneral, with the plain case (a hex digit first, no 0x) read inline.
 inline int DevdefScanHex(const char* pszText, unsigned int* pnValue) {
   const char* p = pszText;
   int digit = DevdefHexDigit(static_cast<unsigned char>(*p));
