@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "tools/catalogue_json.h"
 #include "tools/commands/command.h"
@@ -23,10 +24,10 @@ class TreeText : public TreeVisitor {
   void EndKind() override {}
 };
 
+// The kinds, manufacturers and devices into the "kinds" of an open document.
 class TreeDocument : public TreeVisitor {
  public:
-  explicit TreeDocument(json frame) { stream_.OpenObject(std::move(frame), "kinds"); }
-  ~TreeDocument() override { stream_.CloseObject(); }
+  explicit TreeDocument(JsonStream& stream) : stream_(stream) {}
   void Kind(json kind) override { stream_.OpenObject(std::move(kind), "manufacturers"); }
   void Manufacturer(json manufacturer) override { stream_.OpenObject(std::move(manufacturer), "devices"); }
   void Device(const json& device) override { stream_.Element(device); }
@@ -34,15 +35,18 @@ class TreeDocument : public TreeVisitor {
   void EndKind() override { stream_.CloseObject(); }
 
  private:
-  JsonStream stream_{stdout};
+  JsonStream& stream_;
 };
 
 int RunTree(const CommonArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   if (args.json) {
-    TreeDocument document(TreeFrame(*analysis));
+    JsonStream stream(stdout);
+    stream.OpenObject(TreeFrame(*analysis), "kinds");
+    TreeDocument document(stream);
     WalkTree(*analysis, document);
+    stream.CloseObject();
   } else {
     TreeText text;
     WalkTree(*analysis, text);
