@@ -1,9 +1,11 @@
 #include "devdef/reader/definition_head.h"
 
 #include <cstring>
+#include <vector>
 
 #include "devdef/catalogue/device_item.h"
 #include "devdef/platform/crt.h"
+#include "devdef/platform/number_scan.h"
 
 int DevdefDefinitionKeyword(const char* pszLine) {
   // Byte by byte, so the comparison stops at the first byte that differs and
@@ -16,7 +18,8 @@ int DevdefDefinitionKeyword(const char* pszLine) {
   return generation - '0';
 }
 
-bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead) {
+bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
+                               int* pSources) {
   const int generation = DevdefDefinitionKeyword(pLine);
   if (generation == 0) return false;  // so the line has at least 8 bytes
   const void* found = std::memchr(pLine + 8, ':', static_cast<size_t>(nLength - 8));
@@ -33,14 +36,44 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
   // The first byte kept is no blank, so a blank is dropped exactly when the
   // byte kept before it is a blank.
   char previous = '\0';
-  for (const char* p = pLine + in; p < end; ++p) {
-    const char c = *p == '\t' ? ' ' : *p;
-    if (c == ' ' && previous == ' ') continue;
-    *out++ = c;
-    previous = c;
+  if (pSources == nullptr) {
+    for (const char* p = pLine + in; p < end; ++p) {
+      const char c = *p == '\t' ? ' ' : *p;
+      if (c == ' ' && previous == ' ') continue;
+      *out++ = c;
+      previous = c;
+    }
+  } else {
+    for (const char* p = pLine + in; p < end; ++p) {
+      const char c = *p == '\t' ? ' ' : *p;
+      if (c == ' ' && previous == ' ') continue;
+      pSources[out - head] = static_cast<int>(p - pLine);
+      *out++ = c;
+      previous = c;
+    }
   }
   strHead.ReleaseBuffer(static_cast<int>(out - head));
   return true;
+}
+
+int* DevdefLineReport::Sources(int nLength, int nOffset) {
+  if (m_pObserver == nullptr || !m_pObserver->m_bFields) return nullptr;
+  // One map per thread, reused line after line.
+  static thread_local std::vector<int> sources;
+  if (sources.size() < static_cast<size_t>(nLength) + 1) sources.resize(static_cast<size_t>(nLength) + 1);
+  m_pSources = sources.data();
+  m_nOffset = nOffset;
+  return m_pSources;
+}
+
+void DevdefLineReport::ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
+  unsigned int number = 0;
+  const char* first = pAt;
+  const char* end = DevdefScanNumber(pAt, bHex, &number, &first);
+  if (end == nullptr || end == first) return;
+  const int begin = m_pSources[first - pHead] + m_nOffset;
+  const int stop = m_pSources[end - pHead - 1] + 1 + m_nOffset;
+  m_pObserver->DefinitionField(nField, nIndex, begin, stop, nValue);
 }
 
 CStringArray* DevdefHeaderList(const CString& strKeyword) {
@@ -56,12 +89,27 @@ CStringArray* DevdefHeaderList(const CString& strKeyword) {
   return nullptr;
 }
 
-void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart) {
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart,
+                           DevdefReadObserver* pObserver, int nList, DWORD nBase) {
   if (strLine.GetLength() <= nPieceStart) return;
   CString piece = strLine.Mid(nPieceStart);
+  const int untrimmed = piece.GetLength();
   piece.TrimLeft();
+  const int first = nPieceStart + untrimmed - piece.GetLength();
   piece.TrimRight(" \t,;");
-  if (!piece.IsEmpty()) pList->SetAtGrow(pList->GetSize(), piece);
+  if (piece.IsEmpty()) return;
+  if (pList != nullptr) pList->SetAtGrow(pList->GetSize(), piece);
+  if (pObserver != nullptr) {
+    pObserver->ListEntry(nList, nBase + static_cast<DWORD>(first),
+                         nBase + static_cast<DWORD>(first + piece.GetLength()), pList != nullptr);
+  }
+}
+
+int DevdefListName(const CStringArray* pList) {
+  if (pList == &DEVICE_ITEM::m_PackageList) return kDevdefHousingList;
+  if (pList == &DEVICE_ITEM::m_AdapterList) return kDevdefAdapterList;
+  if (pList == &DEVICE_ITEM::m_ModulList) return kDevdefModulList;
+  return kDevdefDeviceHousingList;
 }
 
 void DevdefAddReadDefinition(DEVICE_ITEM& device, int nKvrType, DEVICE_KVRXDEF_ITEM& def) {

@@ -6,6 +6,7 @@
 #include "devdef/catalogue/device_item.h"
 #include "devdef/platform/cstring.h"
 #include "devdef/platform/typed_arrays.h"
+#include "devdef/reader/read_observer.h"
 
 // The generation of a definition line keyword at the start of pszLine:
 // 3, 4 or 5 for "KVR3DEF:", "KVR4DEF:", "KVR5DEF:" (compared exactly), else 0.
@@ -18,8 +19,48 @@ int DevdefDefinitionKeyword(const char* pszLine);
 // removed, tabs become blanks, and every run of blanks closes up to one
 // blank (a trailing blank stays). False when the line has no keyword or no
 // colon. strHead keeps its storage, so a caller that passes the same string
-// for every line allocates nothing for the head.
-bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead);
+// for every line allocates nothing for the head. With pSources (room for
+// nLength ints), each byte of the head gets the offset in pLine of the byte
+// it came from.
+bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
+                               int* pSources = nullptr);
+
+// What a definition line reader tells the observer of the read, if there is
+// one: each field it reads (when the observer asks for fields) and, once,
+// its verdict on the line. With no observer each call tests a null pointer.
+class DevdefLineReport {
+ public:
+  DevdefLineReport() : m_pObserver(DevdefActiveReadObserver()) {}
+
+  // Room for the head's map to the line (nLength bytes) when fields are
+  // reported, else null: what DevdefSplitDefinitionLine takes as pSources.
+  // nOffset is where the split text starts in the reader's line.
+  int* Sources(int nLength, int nOffset);
+  // The field read at pAt of the head pHead (as "%x" when bHex) and stored
+  // as nValue.
+  void Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
+    if (m_pSources != nullptr) ReportField(nField, nIndex, pHead, pAt, bHex, nValue);
+  }
+  // The verdict on the line; gives the reader's result for it (1 when the
+  // line is accepted, else 0).
+  int Verdict(int nVerdict, int nField = -1, int nIndex = -1) {
+    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, nField, nIndex);
+    return nVerdict <= kDevdefLinePassedKeyword ? 1 : 0;
+  }
+  // The verdict on a line that DevdefSplitDefinitionLine refused: no
+  // keyword, or no colon behind it.
+  int SplitRefused(const char* pLine) {
+    if (m_pObserver == nullptr) return 0;
+    return Verdict(DevdefDefinitionKeyword(pLine) == 0 ? kDevdefLineNoKeyword : kDevdefLineNoColon);
+  }
+
+ private:
+  void ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue);
+
+  DevdefReadObserver* m_pObserver;
+  int* m_pSources = nullptr;
+  int m_nOffset = 0;
+};
 
 // The header list that a keyword names, compared without regard to case:
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
@@ -32,7 +73,16 @@ void DevdefAddReadDefinition(DEVICE_ITEM& device, int nKvrType, DEVICE_KVRXDEF_I
 
 // Appends to pList the piece of a one-line header list that starts at
 // nPieceStart in strLine, trimmed of white space at its start and of blanks,
-// tabs, "," and ";" at its end; an empty piece is passed over.
-void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart);
+// tabs, "," and ";" at its end; an empty piece is passed over. With pList
+// null the piece is only reported, as lost. pObserver (when not null) hears
+// of the piece as an entry of list nList, strLine standing at nBase of the
+// read buffer.
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart,
+                           DevdefReadObserver* pObserver, int nList, DWORD nBase);
+
+// Which of the three header lists pList is: kDevdefHousingList,
+// kDevdefAdapterList or kDevdefModulList; kDevdefDeviceHousingList for any
+// other list.
+int DevdefListName(const CStringArray* pList);
 
 #endif  // DEVDEF_READER_DEFINITION_HEAD_H_

@@ -7,36 +7,45 @@
 int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                          const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
+  DevdefLineReport report;
   // One head buffer per thread, reused line after line.
   static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head)) return 0;
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report.Sources(strLine.GetLength(), 0))) {
+    return report.SplitRefused(strLine);
+  }
   const char* text = head;
 
   int number = 0;
-  if (DevdefScanDecimal(text, &number) != 1) return 0;
+  if (DevdefScanDecimal(text, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldId, 0);
   def.m_DefID = static_cast<DWORD>(number);
+  report.Field(kDevdefFieldId, 0, text, text, false, def.m_DefID);
 
   int blank = head.Find(' ');
-  if (blank < 0) return 0;
+  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldId, 0);
   int field = blank + 1;
   int package = 0;
-  if (DevdefScanDecimal(text + field, &package) != 1) return 0;
+  if (DevdefScanDecimal(text + field, &package) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldPackage, 0);
   blank = head.Find(' ', field);
-  if (blank < 0) return 0;
+  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldPackage, 0);
   def.m_PackageIds.SetAtGrow(def.m_PackageIds.GetSize(), static_cast<WORD>(package));
+  report.Field(kDevdefFieldPackage, 0, text, text + field, false, static_cast<WORD>(package));
 
   field = blank + 1;
-  if (DevdefScanDecimal(text + field, &number) != 1) return 0;
+  if (DevdefScanDecimal(text + field, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldModule, 0);
   def.m_ModulId = static_cast<DWORD>(number);
+  report.Field(kDevdefFieldModule, 0, text, text + field, false, def.m_ModulId);
   blank = head.Find(' ', field);
-  if (blank < 0) return 0;
+  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldModule, 0);
 
   // The adapter list: numbers joined by ",". The comma is searched through
   // the whole rest of the head.
   int cursor = blank + 1;
-  for (;;) {
-    if (DevdefScanDecimal(text + cursor, &number) != 1) return 0;
+  for (int adapter = 0;; ++adapter) {
+    if (DevdefScanDecimal(text + cursor, &number) != 1) {
+      return report.Verdict(kDevdefLineNoNumber, kDevdefFieldAdapter, adapter);
+    }
     def.m_AdapterIds.SetAtGrow(def.m_AdapterIds.GetSize(), static_cast<WORD>(number));
+    report.Field(kDevdefFieldAdapter, adapter, text, text + cursor, false, static_cast<WORD>(number));
     const int comma = head.Find(',', cursor);
     if (comma < 0) break;
     cursor = comma + 1;
@@ -45,13 +54,14 @@ int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posMan
   // With no blank behind the adapters the line is accepted without a
   // definition.
   blank = head.Find(' ', cursor);
-  if (blank < 0) return 1;
-  if (DevdefScanDecimal(text + blank + 1, &number) != 1) return 0;
+  if (blank < 0) return report.Verdict(kDevdefLineNoDefinition);
+  if (DevdefScanDecimal(text + blank + 1, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldValue, 2);
   def.m_DefValues[2] = static_cast<DWORD>(number);
+  report.Field(kDevdefFieldValue, 2, text, text + blank + 1, false, def.m_DefValues[2]);
 
   if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
   DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
-  return 1;
+  return report.Verdict(kDevdefLineAdded);
 }
 
 int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
@@ -62,6 +72,8 @@ int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSI
   const BYTE* buffer = m_FileBuf.GetData();
   int itemStart = -1;
   CStringArray* target = nullptr;
+  DevdefReadObserver* observer = nullptr;
+  int list = 0;
   for (;;) {
     if (m_nBufPos >= m_nBufSize) return 0;
     cCurrent = buffer[m_nBufPos];
@@ -69,13 +81,18 @@ int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSI
       if (itemStart == -1) {
         target = DevdefHeaderList(strToken);
         if (target == nullptr) break;
+        observer = DevdefActiveReadObserver();
+        list = DevdefListName(target);
+        if (observer != nullptr) observer->ListKeyword(list, savedPos, m_nBufPos);
       } else {
-        DevdefAppendListPiece(target, strToken, itemStart);
+        DevdefAppendListPiece(target, strToken, itemStart, observer, list, savedPos);
       }
       itemStart = strToken.GetLength() + 1;
     }
     if (cCurrent == '\n' || cCurrent == '\r') {
       if (target == nullptr) break;
+      // The piece behind the last delimiter is not stored.
+      if (observer != nullptr) DevdefAppendListPiece(nullptr, strToken, itemStart, observer, list, savedPos);
       --m_nBufPos;
       nLineState = 2;
       return 1;

@@ -20,6 +20,7 @@ int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, PO
   const unsigned char savedCurrent = cCurrent;
   const BYTE* buffer = m_FileBuf.GetData();
   CStringArray* target = nullptr;
+  DevdefReadObserver* observer = nullptr;
   int pieceStart = -1;
   for (;;) {
     if (m_nBufPos >= m_nBufSize) return 0;
@@ -28,17 +29,21 @@ int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, PO
       if (pieceStart == -1) {
         CStringArray* list = DevdefHeaderList(strToken);
         if (list == nullptr) break;
+        observer = DevdefActiveReadObserver();
+        if (observer != nullptr) observer->ListKeyword(DevdefListName(list), savedPos, m_nBufPos);
         // The two lists in braces are read from the delimiter on, which may
         // be the opening brace itself.
         if (list != &DEVICE_ITEM::m_ModulList) return RDF_BuildList(list, nullptr);
         target = list;
       } else {
-        DevdefAppendListPiece(target, strToken, pieceStart);
+        DevdefAppendListPiece(target, strToken, pieceStart, observer, kDevdefModulList, savedPos);
       }
       pieceStart = strToken.GetLength() + 1;
     }
     if (cCurrent == '\r' || cCurrent == '\n') {
       if (target == nullptr) break;
+      // The piece behind the last delimiter is not stored.
+      if (observer != nullptr) DevdefAppendListPiece(nullptr, strToken, pieceStart, observer, kDevdefModulList, savedPos);
       --m_nBufPos;
       nLineState = 2;
       return 1;
@@ -62,8 +67,11 @@ int KCDeviceDefCtrlV3::RDF_BuildList(CStringArray* pList, CByteArray* pText) {
   const BYTE* bytes = pText != nullptr ? pText->GetData() : m_FileBuf.GetData();
   State state = kBefore;
   CString pending;
+  DWORD pendingStart = 0;
   bool opened = false;
   bool stored = false;
+  DevdefReadObserver* const observer = DevdefActiveReadObserver();
+  const int list = observer != nullptr ? DevdefListName(pList) : 0;
   for (; pos < end; ++pos) {
     const unsigned char c = bytes[pos];
     if (c == '{' && state == kBefore) {
@@ -71,8 +79,14 @@ int KCDeviceDefCtrlV3::RDF_BuildList(CStringArray* pList, CByteArray* pText) {
       state = kBetween;
     } else if (c == '}') {
       // "}" ends the list wherever it stands, a comment included.
-      return opened && stored ? 1 : 0;
+      const int result = opened && stored ? 1 : 0;
+      if (observer != nullptr) {
+        if (state == kInEntry) observer->ListEntry(list, pendingStart, pos, false);
+        observer->BraceList(list, pos, opened, true, result);
+      }
+      return result;
     } else if (c == ';' || (c == '/' && state != kInEntry)) {
+      if (observer != nullptr && state == kInEntry) observer->ListEntry(list, pendingStart, pos, false);
       pending.Empty();
       state = kInComment;
     } else if (state == kInComment) {
@@ -80,11 +94,13 @@ int KCDeviceDefCtrlV3::RDF_BuildList(CStringArray* pList, CByteArray* pText) {
     } else if (state == kBetween) {
       if (opened && !IsEntrySeparator(c)) {
         pending = CString(static_cast<TCHAR>(c));
+        pendingStart = pos;
         state = kInEntry;
       }
     } else if (state == kInEntry) {
       if (IsEntrySeparator(c)) {
         pList->SetAtGrow(pList->GetSize(), pending);
+        if (observer != nullptr) observer->ListEntry(list, pendingStart, pos, true);
         pending.Empty();
         stored = true;
         state = kBetween;
@@ -93,6 +109,7 @@ int KCDeviceDefCtrlV3::RDF_BuildList(CStringArray* pList, CByteArray* pText) {
       }
     }
   }
+  if (observer != nullptr) observer->BraceList(list, pos, opened, false, 0);
   return 0;
 }
 
@@ -110,17 +127,24 @@ int KCDeviceDefCtrlV3::RDF_ReadBlockLine(POSITION posKind, POSITION posManuf, PO
   // A housing line: a list in braces that closes on this line. A list that
   // gives nothing makes the line count for nothing; the block goes on.
   const int start = at + static_cast<int>(sizeof kHousingKeyword) - 1;
+  DevdefReadObserver* const observer = DevdefActiveReadObserver();
+  if (observer != nullptr) observer->HousingLine(start);
   CByteArray text;
   text.SetSize(strLine.GetLength() - start);
   for (int i = start; i < strLine.GetLength(); ++i) text[i - start] = static_cast<BYTE>(strLine[i]);
   CStringArray entries;
   if (!RDF_BuildList(&entries, &text)) return 1;
   DEVICE_ITEM* device = GetDeviceItem(posKind, posManuf, posDevice);
-  if (device == nullptr) return 1;
-  for (int i = 0; i < entries.GetSize(); ++i) {
+  if (device == nullptr) {
+    if (observer != nullptr) observer->HousingNumbers(0, false);
+    return 1;
+  }
+  int taken = 0;
+  for (; taken < entries.GetSize(); ++taken) {
     int number = 0;
-    if (DevdefScanDecimal(entries[i], &number) != 1) break;
+    if (DevdefScanDecimal(entries[taken], &number) != 1) break;
     device->m_HousingIds.SetAtGrow(device->m_HousingIds.GetSize(), static_cast<WORD>(number));
   }
+  if (observer != nullptr) observer->HousingNumbers(taken, true);
   return 1;
 }

@@ -19,6 +19,51 @@ enum FieldForm { kDecimal, kHex, kNumberList };
 const FieldForm kFieldForms[15] = {kDecimal, kNumberList, kDecimal, kNumberList, kDecimal, kDecimal, kDecimal, kDecimal,
                                    kHex,     kHex,        kDecimal, kDecimal,    kHex,     kDecimal, kHex};
 
+// Reads a number list "1, 2,,3" at *ppCursor into pArray, as BuildList
+// does; with pReport, each number is reported as entry of nField, the head
+// starting at pHead.
+int ReadNumberList(CWordArray* pArray, const char** ppCursor, DevdefLineReport* pReport, int nField,
+                   const char* pHead) {
+  const char* scan = *ppCursor;
+  bool numberRead = false;
+  bool commaSeen = false;
+  for (;;) {
+    if (*scan == ' ') {
+      ++scan;
+      continue;
+    }
+    if (*scan == ',' && numberRead) {
+      commaSeen = true;
+      ++scan;
+      continue;
+    }
+    if (numberRead && !commaSeen) {
+      *ppCursor = scan;
+      return 1;
+    }
+    int number = 0;
+    if (DevdefScanDecimal(scan, &number) != 1) {
+      if (pReport != nullptr) pReport->Verdict(kDevdefLineNoNumber, nField, pArray->GetSize());
+      return 0;
+    }
+    pArray->SetAtGrow(pArray->GetSize(), static_cast<WORD>(number));
+    if (pReport != nullptr) pReport->Field(nField, pArray->GetSize() - 1, pHead, scan, false, static_cast<WORD>(number));
+    numberRead = true;
+    commaSeen = false;
+    // On to the next blank or comma; the end of the text ends the search.
+    while (*scan != '\0' && *scan != ' ' && *scan != ',') ++scan;
+  }
+}
+
+// The field of the head at place field (0 to 14) as a DevdefDefinitionField
+// and its index.
+void FieldOf(int field, int* pField, int* pIndex) {
+  static const int kFields[5] = {kDevdefFieldId, kDevdefFieldPackage, kDevdefFieldModule, kDevdefFieldAdapter,
+                                 kDevdefFieldValue};
+  *pField = kFields[field < 4 ? field : 4];
+  *pIndex = field < 4 ? 0 : field - 4;
+}
+
 }  // namespace
 
 int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
@@ -39,33 +84,41 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
     }
   }
 
+  DevdefLineReport report;
   if (DevdefDefinitionKeyword(line) == 0) {
     for (const char* keyword : kDroppedKeywords) {
-      if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return 1;
+      if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return report.Verdict(kDevdefLinePassedKeyword);
     }
-    return 0;
+    return report.Verdict(kDevdefLineNoKeyword);
   }
   // One head buffer per thread, reused line after line.
   static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(line, length, def, head)) return 0;
+  if (!DevdefSplitDefinitionLine(line, length, def, head, report.Sources(length, static_cast<int>(line - static_cast<LPCTSTR>(strLine))))) {
+    return report.SplitRefused(line);
+  }
 
   const char* cursor = head;
   int value = 0;  // the next of the eleven values
   for (int field = 0; field < 15; ++field) {
+    int kind = 0;
+    int index = 0;
+    FieldOf(field, &kind, &index);
     if (kFieldForms[field] == kNumberList) {
-      if (!BuildList(field == 1 ? &def.m_PackageIds : &def.m_AdapterIds, &cursor)) return 0;
+      if (!ReadNumberList(field == 1 ? &def.m_PackageIds : &def.m_AdapterIds, &cursor, &report, kind, head)) return 0;
       continue;
     }
+    const char* at = cursor;
     DWORD number = 0;
     if (kFieldForms[field] == kHex) {
       unsigned int hex = 0;
-      if (DevdefScanHex(cursor, &hex) != 1) return 0;
+      if (DevdefScanHex(cursor, &hex) != 1) return report.Verdict(kDevdefLineNoNumber, kind, index);
       number = hex;
     } else {
       int decimal = 0;
-      if (DevdefScanDecimal(cursor, &decimal) != 1) return 0;
+      if (DevdefScanDecimal(cursor, &decimal) != 1) return report.Verdict(kDevdefLineNoNumber, kind, index);
       number = static_cast<DWORD>(decimal);
     }
+    report.Field(kind, index, head, at, kFieldForms[field] == kHex, number);
     if (field == 0) {
       def.m_DefID = number;
     } else if (field == 2) {
@@ -76,39 +129,15 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
     if (field == 14) break;
     // On behind the next blank; the end of the head refuses the line.
     while (*cursor != ' ' && *cursor != '\0') ++cursor;
-    if (*cursor == '\0') return 0;
+    if (*cursor == '\0') return report.Verdict(kDevdefLineNoBlank, kind, index);
     ++cursor;
   }
 
   if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
   DevdefAddReadDefinition(device, m_nKvrType, def);
-  return 1;
+  return report.Verdict(kDevdefLineAdded);
 }
 
 int KCDeviceDefCtrlV3::BuildList(CWordArray* pArray, const char** ppCursor) {
-  const char* scan = *ppCursor;
-  bool numberRead = false;
-  bool commaSeen = false;
-  for (;;) {
-    if (*scan == ' ') {
-      ++scan;
-      continue;
-    }
-    if (*scan == ',' && numberRead) {
-      commaSeen = true;
-      ++scan;
-      continue;
-    }
-    if (numberRead && !commaSeen) {
-      *ppCursor = scan;
-      return 1;
-    }
-    int number = 0;
-    if (DevdefScanDecimal(scan, &number) != 1) return 0;
-    pArray->SetAtGrow(pArray->GetSize(), static_cast<WORD>(number));
-    numberRead = true;
-    commaSeen = false;
-    // On to the next blank or comma; the end of the text ends the search.
-    while (*scan != '\0' && *scan != ' ' && *scan != ',') ++scan;
-  }
+  return ReadNumberList(pArray, ppCursor, nullptr, 0, nullptr);
 }

@@ -4,6 +4,7 @@
 #include "devdef/platform/cfile.h"
 #include "devdef/platform/exceptions.h"
 #include "devdef/platform/message_box.h"
+#include "devdef/reader/read_observer.h"
 
 namespace {
 
@@ -52,12 +53,15 @@ int KCDeviceDefCtrl::ReadDefFile(CString strFile, bool bReportError) {
 
   m_nBufPos = 0;
   const BYTE* buffer = m_FileBuf.GetData();
+  DevdefReadObserver* const observer = DevdefActiveReadObserver();
+  if (observer != nullptr) observer->BeginRead(buffer, m_nBufSize);
   if (m_nBufSize != 0) {
     // strToken grows by one byte a pass; reserve for typical lines up front.
     strToken.Preallocate(256);
     do {
       cCurrent = buffer[m_nBufPos];
       if (IsLineEnd(cCurrent)) {
+        if (observer != nullptr) observer->LineEnd(m_nBufPos, nLineState);
         nLineState = 0;
         strToken.Empty();
         ++m_nBufPos;
@@ -102,6 +106,7 @@ int KCDeviceDefCtrl::ReadDefFile(CString strFile, bool bReportError) {
       ++m_nBufPos;
     } while (m_nBufPos < m_nBufSize);
   }
+  if (observer != nullptr) observer->EndRead(m_FileBuf);
   m_FileBuf.SetSize(0);
   return 1;
 }

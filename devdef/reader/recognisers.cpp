@@ -5,6 +5,7 @@
 
 #include "devdef/catalogue/device_def_ctrl.h"
 #include "devdef/platform/crt.h"
+#include "devdef/reader/read_observer.h"
 
 namespace {
 
@@ -27,9 +28,15 @@ int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POS
     return 0;
   }
   const BYTE* buffer = m_FileBuf.GetData();
+  const DWORD lineStart = m_nBufPos;
   bool keywordSeen = false;
   for (;;) {
-    if (m_nBufPos >= m_nBufSize) return 0;
+    if (m_nBufPos >= m_nBufSize) {
+      if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+        observer->VersionLine(lineStart, m_nBufSize, false, keywordSeen, -1, false, -1);
+      }
+      return 0;
+    }
     cCurrent = buffer[m_nBufPos];
     // The keyword is compared before each byte is appended, so it is seen
     // exactly when the line opens with it; only at its length can it match.
@@ -39,13 +46,18 @@ int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POS
     ++m_nBufPos;
   }
   bool numberRead = false;
+  int equals = -1;
   if (keywordSeen) {
-    const int equals = strToken.Find('=');
+    equals = strToken.Find('=');
     int layout = 0;
     if (equals >= 0 && DevdefScanDecimal(static_cast<LPCTSTR>(strToken) + equals + 1, &layout) == 1) {
       m_nFileLayout = layout;
       numberRead = true;
     }
+  }
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+    observer->VersionLine(lineStart, m_nBufPos, true, keywordSeen, equals >= 0 ? static_cast<long>(lineStart) + equals : -1,
+                          numberRead, m_nFileLayout);
   }
   --m_nBufPos;
   if (!numberRead) return 0;
@@ -55,17 +67,26 @@ int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POS
 
 POSITION KCDeviceDefCtrl::RDF_ManufacturerItem(POSITION posKind, CString& strToken, unsigned char& cCurrent,
                                                int& nLineState) {
-  if (posKind == nullptr) return nullptr;
+  DevdefReadObserver* const observer = DevdefActiveReadObserver();
+  const DWORD colon = m_nBufPos;
+  if (posKind == nullptr) {
+    if (observer != nullptr) observer->Manufacturer(colon, colon, nullptr);
+    return nullptr;
+  }
   TAG_KIND_OF_DEVICE& kind = m_DeviceList.GetAt(posKind);
   if (kind.m_pManufList == nullptr) kind.m_pManufList = new CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>(10);
   const BYTE* buffer = m_FileBuf.GetData();
   for (;;) {
     ++m_nBufPos;
-    if (m_nBufPos >= m_nBufSize) return nullptr;
+    if (m_nBufPos >= m_nBufSize) {
+      if (observer != nullptr) observer->Manufacturer(colon, m_nBufSize, nullptr);
+      return nullptr;
+    }
     cCurrent = buffer[m_nBufPos];
     if (EndsName(cCurrent)) break;
     strToken += cCurrent;
   }
+  const DWORD nameEnd = m_nBufPos;
   --m_nBufPos;
   strToken.Replace('_', ' ');
   TAG_DEVICE_MANUF manuf;
@@ -75,11 +96,14 @@ POSITION KCDeviceDefCtrl::RDF_ManufacturerItem(POSITION posKind, CString& strTok
   const POSITION posManuf = kind.m_pManufList->AddTail(manuf);
   strToken.Empty();
   nLineState = 2;
+  if (observer != nullptr) observer->Manufacturer(colon, nameEnd, posManuf);
   return posManuf;
 }
 
 int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strToken, int& nLineState) {
   if (!(m_nBufPos + 1 < m_nBufSize) || !EndsName(m_FileBuf.GetData()[m_nBufPos + 1])) return 0;
+  // The token is the bytes in front of the ":" on this line.
+  const DWORD nameStart = m_nBufPos - static_cast<DWORD>(strToken.GetLength());
   strToken.Replace('_', ' ');
   TAG_KIND_OF_DEVICE kind;
   kind.m_Name = strToken;
@@ -87,6 +111,7 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strT
   posKind = m_DeviceList.AddTail(kind);
   strToken.Empty();
   nLineState = 2;
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) observer->Kind(nameStart, m_nBufPos, posKind);
   return 1;
 }
 
@@ -94,6 +119,7 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf,
                                             unsigned char& cCurrent, int& nLineState) {
   if (posKind == nullptr || posManuf == nullptr) return 0;
   const BYTE* buffer = m_FileBuf.GetData();
+  const DWORD nameStart = m_nBufPos;
   for (;;) {
     if (m_nBufPos >= m_nBufSize) return 0;
     cCurrent = buffer[m_nBufPos];
@@ -126,6 +152,9 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceItem(POSITION posKind, POSITION posManuf,
   posDevice = manuf.m_pDeviceList->AddTail(device);
   strToken.Empty();
   nLineState = 2;
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+    observer->Device(nameStart, m_nBufPos, posManuf, posDevice);
+  }
   return 1;
 }
 
@@ -182,6 +211,7 @@ int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POS
     }
   } trim{CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice).m_DefArray};
   const BYTE* buffer = m_FileBuf.GetData();
+  DevdefReadObserver* const observer = DevdefActiveReadObserver();
   bool braceSeen = false;
   for (;;) {
     // Takes the line's bytes up to its line end, without white space at
@@ -192,9 +222,13 @@ int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POS
       // The buffer ends inside the line: the last byte looked at stays.
       if (at > lineStart) cCurrent = buffer[at - 1];
       m_nBufPos = m_nBufSize;
+      const DWORD comment = CommentFrom(buffer, lineStart, at);
       strToken.Empty();
-      strToken.Append(reinterpret_cast<const char*>(buffer) + lineStart,
-                      static_cast<int>(CommentFrom(buffer, lineStart, at) - lineStart));
+      strToken.Append(reinterpret_cast<const char*>(buffer) + lineStart, static_cast<int>(comment - lineStart));
+      if (observer != nullptr) {
+        observer->BlockLine(lineStart, comment, m_nBufSize, kDevdefBlockCutOff);
+        observer->BlockEnd(0, m_nBufPos);
+      }
       return 0;
     }
     cCurrent = buffer[at];
@@ -208,8 +242,15 @@ int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POS
     strToken.Append(reinterpret_cast<const char*>(buffer) + first, static_cast<int>(last - first));
     if (strToken.IsEmpty()) continue;
     if (!braceSeen) {
-      if (strToken[0] != '{') return 0;
+      if (strToken[0] != '{') {
+        if (observer != nullptr) {
+          observer->BlockLine(first, last, lineEnd, kDevdefBlockNotOpen);
+          observer->BlockEnd(0, m_nBufPos);
+        }
+        return 0;
+      }
       braceSeen = true;
+      if (observer != nullptr) observer->BlockLine(first, last, lineEnd, kDevdefBlockOpen);
       continue;
     }
     if (strToken[0] == '}') {
@@ -217,9 +258,17 @@ int KCDeviceDefCtrl::RDF_ReadBlockLines(POSITION posKind, POSITION posManuf, POS
       // The "}" stands in front of its line end, so lineEnd is at least 1.
       m_nBufPos = lineEnd - 1;
       nLineState = 2;
+      if (observer != nullptr) {
+        observer->BlockLine(first, last, lineEnd, kDevdefBlockClose);
+        observer->BlockEnd(1, m_nBufPos);
+      }
       return 1;
     }
+    if (observer != nullptr) observer->BlockLine(first, last, lineEnd, kDevdefBlockLine);
     // A virtual reader named here is still reached through the virtual table.
-    if (!(this->*pfnLine)(posKind, posManuf, posDevice, strToken)) return 0;
+    if (!(this->*pfnLine)(posKind, posManuf, posDevice, strToken)) {
+      if (observer != nullptr) observer->BlockEnd(0, m_nBufPos);
+      return 0;
+    }
   }
 }

@@ -1,0 +1,36 @@
+#include "devdef/reader/read_observer.h"
+
+namespace {
+
+// The observer of this thread's reads: reads on other threads are not
+// watched by it.
+thread_local DevdefReadObserver* t_pObserver = nullptr;
+
+}  // namespace
+
+DevdefReadObserver::~DevdefReadObserver() = default;
+
+void DevdefReadObserver::BeginRead(const BYTE*, DWORD) {}
+void DevdefReadObserver::EndRead(CByteArray&) {}
+void DevdefReadObserver::LineEnd(DWORD, int) {}
+void DevdefReadObserver::VersionLine(DWORD, DWORD, bool, bool, long, bool, int) {}
+void DevdefReadObserver::Kind(DWORD, DWORD, POSITION) {}
+void DevdefReadObserver::Manufacturer(DWORD, DWORD, POSITION) {}
+void DevdefReadObserver::Device(DWORD, DWORD, POSITION, POSITION) {}
+void DevdefReadObserver::ListKeyword(int, DWORD, DWORD) {}
+void DevdefReadObserver::ListEntry(int, DWORD, DWORD, bool) {}
+void DevdefReadObserver::BraceList(int, DWORD, bool, bool, int) {}
+void DevdefReadObserver::BlockLine(DWORD, DWORD, DWORD, int) {}
+void DevdefReadObserver::BlockEnd(int, DWORD) {}
+void DevdefReadObserver::DefinitionField(int, int, int, int, DWORD) {}
+void DevdefReadObserver::DefinitionLine(int, int, int) {}
+void DevdefReadObserver::HousingLine(int) {}
+void DevdefReadObserver::HousingNumbers(int, bool) {}
+
+DevdefReadObserver* DevdefActiveReadObserver() { return t_pObserver; }
+
+DevdefReadObserverScope::DevdefReadObserverScope(DevdefReadObserver* pObserver) : m_pPrevious(t_pObserver) {
+  t_pObserver = pObserver;
+}
+
+DevdefReadObserverScope::~DevdefReadObserverScope() { t_pObserver = m_pPrevious; }
