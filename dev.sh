@@ -31,6 +31,10 @@ commands:
   fuzz [SECONDS]
             run each fuzz target for SECONDS (default 1200), one after the
             other, keeping what they find in build/fuzz/corpus
+  bless     build the tool and rewrite the expected files of the golden
+            tests (tests/golden) from what it prints now: every case's
+            check output, and its other forms where their files exist (an
+            empty file asks for a new one); review the change with git diff
 
 Missing Debian packages are installed first (with apt-get).
 JOBS sets the number of parallel build and test jobs (default: nproc).
@@ -120,6 +124,19 @@ fuzz_long() {
   done
 }
 
+# The golden tests' expected files, rewritten from the dev build's tool: the
+# cases of tests/golden and the bundled examples.
+bless() {
+  local tool="$PWD/build/dev/tools/devdef" def
+  for def in tests/golden/*.def; do
+    sh tests/golden/run.sh "$tool" tests/golden tests/golden "$(basename "$def" .def)" --bless
+  done
+  for def in examples/*.def; do
+    sh tests/golden/run.sh "$tool" examples tests/golden/examples "$(basename "$def" .def)" --bless
+  done
+  echo "dev.sh: the golden tests' expected files are what the tool prints now; review them with git diff tests/golden"
+}
+
 case "${1:-}" in
   example)
     install_missing
@@ -157,6 +174,11 @@ case "${1:-}" in
   fuzz)
     install_missing
     fuzz_long "${2:-}"
+    ;;
+  bless)
+    install_missing
+    build dev devdef_tool
+    bless
     ;;
   -h|--help|help)
     usage
