@@ -56,8 +56,7 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
   return true;
 }
 
-int* DevdefLineReport::Sources(int nLength, int nOffset) {
-  if (m_pObserver == nullptr || !m_pObserver->m_bFields) return nullptr;
+int* DevdefLineReport::MapFor(int nLength, int nOffset) {
   // One map per thread, reused line after line.
   static thread_local std::vector<int> sources;
   if (sources.size() < static_cast<size_t>(nLength) + 1) sources.resize(static_cast<size_t>(nLength) + 1);
@@ -66,7 +65,7 @@ int* DevdefLineReport::Sources(int nLength, int nOffset) {
   return m_pSources;
 }
 
-void DevdefLineReport::ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
+void DevdefLineReport::Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
   unsigned int number = 0;
   const char* first = pAt;
   const char* end = DevdefScanNumber(pAt, bHex, &number, &first);

@@ -25,9 +25,20 @@ int DevdefDefinitionKeyword(const char* pszLine);
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
                                int* pSources = nullptr);
 
+// Keeps a function out of its caller: a definition line reader reads its
+// fields with reports in a function of its own, so that the reader itself
+// is compiled as if the reports were not there.
+#if defined(__GNUC__)
+#define DEVDEF_READER_NOINLINE __attribute__((noinline))
+#else
+#define DEVDEF_READER_NOINLINE
+#endif
+
 // What a definition line reader tells the observer of the read, if there is
 // one: each field it reads (when the observer asks for fields) and, once,
-// its verdict on the line. With no observer each call tests a null pointer.
+// its verdict on the line. A reader reads its fields through a function
+// made twice, with and without the reports of fields, so that a read with
+// no observer pays a test or two per line.
 class DevdefLineReport {
  public:
   DevdefLineReport() : m_pObserver(DevdefActiveReadObserver()) {}
@@ -35,16 +46,24 @@ class DevdefLineReport {
   // Room for the head's map to the line (nLength bytes) when fields are
   // reported, else null: what DevdefSplitDefinitionLine takes as pSources.
   // nOffset is where the split text starts in the reader's line.
-  int* Sources(int nLength, int nOffset);
-  // The field read at pAt of the head pHead (as "%x" when bHex) and stored
-  // as nValue.
-  void Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
-    if (m_pSources != nullptr) ReportField(nField, nIndex, pHead, pAt, bHex, nValue);
+  int* Sources(int nLength, int nOffset) {
+    return m_pObserver != nullptr && m_pObserver->m_bFields ? MapFor(nLength, nOffset) : nullptr;
   }
-  // The verdict on the line; gives the reader's result for it (1 when the
-  // line is accepted, else 0).
-  int Verdict(int nVerdict, int nField = -1, int nIndex = -1) {
-    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, nField, nIndex);
+  // Whether fields are reported (Sources gave a map).
+  bool Fields() const { return m_pSources != nullptr; }
+  // The field read at pAt of the head pHead (as "%x" when bHex) and stored
+  // as nValue; only when Fields().
+  void Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue);
+  // A refusal at a field: keeps where, gives the verdict.
+  int Fail(int nVerdict, int nField, int nIndex) {
+    m_nField = nField;
+    m_nIndex = nIndex;
+    return nVerdict;
+  }
+  // The verdict on the line (with the field of a refusal); gives the
+  // reader's result for it: 1 when the line is accepted, else 0.
+  int Verdict(int nVerdict) {
+    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, m_nField, m_nIndex);
     return nVerdict <= kDevdefLinePassedKeyword ? 1 : 0;
   }
   // The verdict on a line that DevdefSplitDefinitionLine refused: no
@@ -55,11 +74,13 @@ class DevdefLineReport {
   }
 
  private:
-  void ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue);
+  int* MapFor(int nLength, int nOffset);
 
   DevdefReadObserver* m_pObserver;
   int* m_pSources = nullptr;
   int m_nOffset = 0;
+  int m_nField = -1;
+  int m_nIndex = -1;
 };
 
 // The header list that a keyword names, compared without regard to case:

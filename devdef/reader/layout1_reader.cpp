@@ -4,6 +4,71 @@
 #include "devdef/platform/crt.h"
 #include "devdef/reader/definition_head.h"
 
+namespace {
+
+// Reads the number fields of a layout 1 head into def: id, package, module,
+// adapters joined by ",", then a value. Gives the verdict; kFields: each
+// field is reported.
+template <bool kFields>
+int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
+  const char* text = head;
+  int number = 0;
+  if (DevdefScanDecimal(text, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldId, 0);
+  def.m_DefID = static_cast<DWORD>(number);
+  if (kFields) report.Field(kDevdefFieldId, 0, text, text, false, def.m_DefID);
+
+  int blank = head.Find(' ');
+  if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldId, 0);
+  int field = blank + 1;
+  int package = 0;
+  if (DevdefScanDecimal(text + field, &package) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldPackage, 0);
+  blank = head.Find(' ', field);
+  if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldPackage, 0);
+  def.m_PackageIds.SetAtGrow(def.m_PackageIds.GetSize(), static_cast<WORD>(package));
+  if (kFields) report.Field(kDevdefFieldPackage, 0, text, text + field, false, static_cast<WORD>(package));
+
+  field = blank + 1;
+  if (DevdefScanDecimal(text + field, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldModule, 0);
+  def.m_ModulId = static_cast<DWORD>(number);
+  if (kFields) report.Field(kDevdefFieldModule, 0, text, text + field, false, def.m_ModulId);
+  blank = head.Find(' ', field);
+  if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldModule, 0);
+
+  // The adapter list: numbers joined by ",". The comma is searched through
+  // the whole rest of the head.
+  int cursor = blank + 1;
+  for (;;) {
+    if (DevdefScanDecimal(text + cursor, &number) != 1) {
+      return report.Fail(kDevdefLineNoNumber, kDevdefFieldAdapter, def.m_AdapterIds.GetSize());
+    }
+    def.m_AdapterIds.SetAtGrow(def.m_AdapterIds.GetSize(), static_cast<WORD>(number));
+    if (kFields) {
+      report.Field(kDevdefFieldAdapter, def.m_AdapterIds.GetSize() - 1, text, text + cursor, false,
+                   static_cast<WORD>(number));
+    }
+    const int comma = head.Find(',', cursor);
+    if (comma < 0) break;
+    cursor = comma + 1;
+  }
+
+  // With no blank behind the adapters the line is accepted without a
+  // definition.
+  blank = head.Find(' ', cursor);
+  if (blank < 0) return kDevdefLineNoDefinition;
+  if (DevdefScanDecimal(text + blank + 1, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldValue, 2);
+  def.m_DefValues[2] = static_cast<DWORD>(number);
+  if (kFields) report.Field(kDevdefFieldValue, 2, text, text + blank + 1, false, def.m_DefValues[2]);
+  return kDevdefLineAdded;
+}
+
+// The same, reporting each field: kept out of the reader, which calls it
+// only while an observer asks for fields.
+DEVDEF_READER_NOINLINE int ReadLayout1FieldsReported(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
+  return ReadLayout1Fields<true>(head, def, report);
+}
+
+}  // namespace
+
 int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                          const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
@@ -13,55 +78,13 @@ int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posMan
   if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report.Sources(strLine.GetLength(), 0))) {
     return report.SplitRefused(strLine);
   }
-  const char* text = head;
-
-  int number = 0;
-  if (DevdefScanDecimal(text, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldId, 0);
-  def.m_DefID = static_cast<DWORD>(number);
-  report.Field(kDevdefFieldId, 0, text, text, false, def.m_DefID);
-
-  int blank = head.Find(' ');
-  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldId, 0);
-  int field = blank + 1;
-  int package = 0;
-  if (DevdefScanDecimal(text + field, &package) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldPackage, 0);
-  blank = head.Find(' ', field);
-  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldPackage, 0);
-  def.m_PackageIds.SetAtGrow(def.m_PackageIds.GetSize(), static_cast<WORD>(package));
-  report.Field(kDevdefFieldPackage, 0, text, text + field, false, static_cast<WORD>(package));
-
-  field = blank + 1;
-  if (DevdefScanDecimal(text + field, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldModule, 0);
-  def.m_ModulId = static_cast<DWORD>(number);
-  report.Field(kDevdefFieldModule, 0, text, text + field, false, def.m_ModulId);
-  blank = head.Find(' ', field);
-  if (blank < 0) return report.Verdict(kDevdefLineNoBlank, kDevdefFieldModule, 0);
-
-  // The adapter list: numbers joined by ",". The comma is searched through
-  // the whole rest of the head.
-  int cursor = blank + 1;
-  for (int adapter = 0;; ++adapter) {
-    if (DevdefScanDecimal(text + cursor, &number) != 1) {
-      return report.Verdict(kDevdefLineNoNumber, kDevdefFieldAdapter, adapter);
-    }
-    def.m_AdapterIds.SetAtGrow(def.m_AdapterIds.GetSize(), static_cast<WORD>(number));
-    report.Field(kDevdefFieldAdapter, adapter, text, text + cursor, false, static_cast<WORD>(number));
-    const int comma = head.Find(',', cursor);
-    if (comma < 0) break;
-    cursor = comma + 1;
+  const int verdict =
+      report.Fields() ? ReadLayout1FieldsReported(head, def, report) : ReadLayout1Fields<false>(head, def, report);
+  if (verdict == kDevdefLineAdded) {
+    if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
+    DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
   }
-
-  // With no blank behind the adapters the line is accepted without a
-  // definition.
-  blank = head.Find(' ', cursor);
-  if (blank < 0) return report.Verdict(kDevdefLineNoDefinition);
-  if (DevdefScanDecimal(text + blank + 1, &number) != 1) return report.Verdict(kDevdefLineNoNumber, kDevdefFieldValue, 2);
-  def.m_DefValues[2] = static_cast<DWORD>(number);
-  report.Field(kDevdefFieldValue, 2, text, text + blank + 1, false, def.m_DefValues[2]);
-
-  if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
-  DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
-  return report.Verdict(kDevdefLineAdded);
+  return report.Verdict(verdict);
 }
 
 int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,

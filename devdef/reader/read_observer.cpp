@@ -1,12 +1,6 @@
 #include "devdef/reader/read_observer.h"
 
-namespace {
-
-// The observer of this thread's reads: reads on other threads are not
-// watched by it.
-thread_local DevdefReadObserver* t_pObserver = nullptr;
-
-}  // namespace
+DevdefReadObserver* g_pDevdefReadObserver = nullptr;
 
 DevdefReadObserver::~DevdefReadObserver() = default;
 
@@ -27,10 +21,8 @@ void DevdefReadObserver::DefinitionLine(int, int, int) {}
 void DevdefReadObserver::HousingLine(int) {}
 void DevdefReadObserver::HousingNumbers(int, bool) {}
 
-DevdefReadObserver* DevdefActiveReadObserver() { return t_pObserver; }
-
-DevdefReadObserverScope::DevdefReadObserverScope(DevdefReadObserver* pObserver) : m_pPrevious(t_pObserver) {
-  t_pObserver = pObserver;
+DevdefReadObserverScope::DevdefReadObserverScope(DevdefReadObserver* pObserver) : m_pPrevious(g_pDevdefReadObserver) {
+  g_pDevdefReadObserver = pObserver;
 }
 
-DevdefReadObserverScope::~DevdefReadObserverScope() { t_pObserver = m_pPrevious; }
+DevdefReadObserverScope::~DevdefReadObserverScope() { g_pDevdefReadObserver = m_pPrevious; }

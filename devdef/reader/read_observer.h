@@ -9,9 +9,10 @@
 // says where it starts), and a housing list is scanned in a copy of the part
 // of that line behind its keyword.
 //
-// An observer is installed for the reads of one thread with
-// DevdefReadObserverScope; the readers find it with DevdefActiveReadObserver.
-// It must not change the catalogue or the reader's state: it watches.
+// An observer is installed for the reads of the process with
+// DevdefReadObserverScope (reads never overlap: the name lists they fill are
+// the process's); the readers find it with DevdefActiveReadObserver. It must
+// not change the catalogue or the reader's state: it watches.
 #ifndef DEVDEF_READER_READ_OBSERVER_H_
 #define DEVDEF_READER_READ_OBSERVER_H_
 
@@ -125,11 +126,15 @@ class DEVDEF_API DevdefReadObserver {
   virtual void HousingNumbers(int nTaken, bool bDevice);
 };
 
-// The observer of this thread's reads, or null (always, in a host).
-DEVDEF_API DevdefReadObserver* DevdefActiveReadObserver();
+// The observer of the reads, or null (always, in a host). Set only through
+// DevdefReadObserverScope.
+extern DEVDEF_API DevdefReadObserver* g_pDevdefReadObserver;
 
-// Installs an observer for the reads of this thread while it lives, and puts
-// back the one before.
+// The observer of the reads, or null.
+inline DevdefReadObserver* DevdefActiveReadObserver() { return g_pDevdefReadObserver; }
+
+// Installs an observer for the reads of the process while it lives, and
+// puts back the one before.
 class DEVDEF_API DevdefReadObserverScope {
  public:
   explicit DevdefReadObserverScope(DevdefReadObserver* pObserver);
