@@ -19,7 +19,7 @@ int DevdefDefinitionKeyword(const char* pszLine) {
 }
 
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
-                               int* pSources) {
+                               DevdefLineReport& report, int nOffset) {
   const int generation = DevdefDefinitionKeyword(pLine);
   if (generation == 0) return false;  // so the line has at least 8 bytes
   const void* found = std::memchr(pLine + 8, ':', static_cast<size_t>(nLength - 8));
@@ -30,6 +30,8 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
 
   int in = 8;
   while (in < colon && DevdefIsSpace(static_cast<unsigned char>(pLine[in]))) ++in;
+  int* const pSources = report.Sources(nLength, nOffset);
+  if (report.Observed()) report.Head(in + nOffset);
   const char* const end = pLine + colon;
   LPTSTR head = strHead.GetBuffer(colon - in);
   char* out = head;

@@ -12,6 +12,8 @@
 // 3, 4 or 5 for "KVR3DEF:", "KVR4DEF:", "KVR5DEF:" (compared exactly), else 0.
 int DevdefDefinitionKeyword(const char* pszLine);
 
+class DevdefLineReport;
+
 // Splits a definition line (nLength bytes at pLine, zero-terminated behind
 // them) opening with one of the three keywords: sets the generation of def,
 // its text (what follows the first colon behind the keyword) and strHead,
@@ -19,11 +21,11 @@ int DevdefDefinitionKeyword(const char* pszLine);
 // removed, tabs become blanks, and every run of blanks closes up to one
 // blank (a trailing blank stays). False when the line has no keyword or no
 // colon. strHead keeps its storage, so a caller that passes the same string
-// for every line allocates nothing for the head. With pSources (room for
-// nLength ints), each byte of the head gets the offset in pLine of the byte
-// it came from.
+// for every line allocates nothing for the head. report hears where the
+// head starts and, when it asks for fields, where each byte of the head
+// came from; pLine stands at nOffset of the reader's line.
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
-                               int* pSources = nullptr);
+                               DevdefLineReport& report, int nOffset);
 
 // Keeps a function out of its caller: a definition line reader reads its
 // fields with reports in a function of its own, so that the reader itself
@@ -43,12 +45,16 @@ class DevdefLineReport {
  public:
   DevdefLineReport() : m_pObserver(DevdefActiveReadObserver()) {}
 
+  // Whether anything observes the read.
+  bool Observed() const { return m_pObserver != nullptr; }
   // Room for the head's map to the line (nLength bytes) when fields are
-  // reported, else null: what DevdefSplitDefinitionLine takes as pSources.
-  // nOffset is where the split text starts in the reader's line.
+  // reported, else null. nOffset is where the split text starts in the
+  // reader's line.
   int* Sources(int nLength, int nOffset) {
     return m_pObserver != nullptr && m_pObserver->m_bFields ? MapFor(nLength, nOffset) : nullptr;
   }
+  // The head starts at nHead of the reader's line.
+  void Head(int nHead) { m_nHead = nHead; }
   // Whether fields are reported (Sources gave a map).
   bool Fields() const { return m_pSources != nullptr; }
   // The field read at pAt of the head pHead (as "%x" when bHex) and stored
@@ -63,7 +69,7 @@ class DevdefLineReport {
   // The verdict on the line (with the field of a refusal); gives the
   // reader's result for it: 1 when the line is accepted, else 0.
   int Verdict(int nVerdict) {
-    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, m_nField, m_nIndex);
+    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, m_nField, m_nIndex, m_nHead);
     return nVerdict <= kDevdefLinePassedKeyword ? 1 : 0;
   }
   // The verdict on a line that DevdefSplitDefinitionLine refused: no
@@ -81,6 +87,7 @@ class DevdefLineReport {
   int m_nOffset = 0;
   int m_nField = -1;
   int m_nIndex = -1;
+  int m_nHead = -1;
 };
 
 // The header list that a keyword names, compared without regard to case:

@@ -75,7 +75,7 @@ int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posMan
   DevdefLineReport report;
   // One head buffer per thread, reused line after line.
   static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report.Sources(strLine.GetLength(), 0))) {
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
     return report.SplitRefused(strLine);
   }
   const int verdict =

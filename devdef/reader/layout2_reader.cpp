@@ -76,7 +76,7 @@ int KCDeviceDefCtrlV2::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
   DevdefLineReport report;
   // One head buffer per thread, reused line after line.
   static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report.Sources(strLine.GetLength(), 0))) {
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
     return report.SplitRefused(strLine);
   }
   const int verdict =

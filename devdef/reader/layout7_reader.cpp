@@ -153,8 +153,7 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
   }
   // One head buffer per thread, reused line after line.
   static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(line, length, def, head,
-                                 report.Sources(length, static_cast<int>(line - static_cast<LPCTSTR>(strLine))))) {
+  if (!DevdefSplitDefinitionLine(line, length, def, head, report, static_cast<int>(line - static_cast<LPCTSTR>(strLine)))) {
     return report.SplitRefused(line);
   }
   const int verdict =

@@ -115,8 +115,10 @@ class DEVDEF_API DevdefReadObserver {
   // m_bFields is set.
   virtual void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, DWORD nValue);
   // A definition line reader finished its line with verdict; for a refused
-  // line, nField and nIndex name the field it failed at (else -1).
-  virtual void DefinitionLine(int nVerdict, int nField, int nIndex);
+  // line, nField and nIndex name the field it failed at (else -1). The
+  // number fields start at nHead of the line (the id's first byte), or -1
+  // when the line has no keyword and colon.
+  virtual void DefinitionLine(int nVerdict, int nField, int nIndex, int nHead);
   // A housing line: the text of its list starts at nListStart of the line.
   // The list's entries and result follow (ListEntry, BraceList).
   virtual void HousingLine(int nListStart);
