@@ -9,7 +9,7 @@
 #include <string>
 
 #include "bench/catalogue_generator.h"
-#include "tools/lsp/buffer_encoding.h"
+#include "tools/text/buffer_encoding.h"
 #include "tools/lsp/diagnostics.h"
 #include "tools/lsp/language_server.h"
 #include "tools/lsp/message_parsing.h"

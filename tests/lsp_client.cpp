@@ -7,7 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tools/lsp/buffer_encoding.h"
+#include "tools/text/buffer_encoding.h"
 #include "tools/lsp/server_loop.h"
 
 using nlohmann::json;

@@ -4,7 +4,7 @@
 
 #include "devdef/catalogue/catalogue_walk.h"
 #include "tools/closest_names.h"
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 

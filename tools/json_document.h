@@ -10,7 +10,7 @@
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 // The version of the documents' shape; it grows when a field changes
 // meaning or goes away, not when one is added.

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "tools/analysis/line_end.h"
+#include "tools/text/line_end.h"
 
 namespace {
 

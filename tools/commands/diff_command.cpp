@@ -12,7 +12,7 @@
 #include "tools/commands/command.h"
 #include "tools/diff/catalogue_diff.h"
 #include "tools/diff/diff_output.h"
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 using nlohmann::json;
 

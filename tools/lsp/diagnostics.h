@@ -9,7 +9,7 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
-#include "tools/lsp/buffer_encoding.h"
+#include "tools/text/buffer_encoding.h"
 
 // The body of the textDocument/publishDiagnostics notification for the
 // document uri at version, analysed as analysis from bytes in encoding. A

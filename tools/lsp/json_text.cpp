@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "tools/lsp/utf8.h"
+#include "tools/text/utf8.h"
 
 void AppendJsonString(std::string& out, const char* text, size_t length) {
   static const char kHex[] = "0123456789abcdef";

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "tools/lsp/utf8.h"
+#include "tools/text/utf8.h"
 
 using nlohmann::json;
 

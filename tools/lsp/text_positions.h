@@ -11,7 +11,7 @@
 #include <string>
 
 #include "tools/analysis/source_map.h"
-#include "tools/lsp/buffer_encoding.h"
+#include "tools/text/buffer_encoding.h"
 
 // A 0-based line and a 0-based column in UTF-16 code units.
 struct LspPosition {

@@ -1,8 +1,8 @@
-#include "tools/lsp/buffer_encoding.h"
+#include "tools/text/buffer_encoding.h"
 
 #include <cstring>
 
-#include "tools/lsp/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace {
 

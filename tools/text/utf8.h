@@ -1,7 +1,7 @@
 // Characters of UTF-8 text, as the protocol sends it: well-formed ones
 // only (no overlong forms, surrogates or code points above U+10FFFF).
-#ifndef DEVDEF_TOOLS_LSP_UTF8_H_
-#define DEVDEF_TOOLS_LSP_UTF8_H_
+#ifndef DEVDEF_TOOLS_TEXT_UTF8_H_
+#define DEVDEF_TOOLS_TEXT_UTF8_H_
 
 #include <cstddef>
 #include <string>
@@ -16,4 +16,4 @@ void AppendUtf8(std::string& out, char32_t character);
 // The length of the run of ASCII bytes at the start of text.
 size_t AsciiRun(const unsigned char* text, size_t length);
 
-#endif  // DEVDEF_TOOLS_LSP_UTF8_H_
+#endif  // DEVDEF_TOOLS_TEXT_UTF8_H_

@@ -1,7 +1,7 @@
 // Finding the next line end (LF or CR) in bytes, at a cost bounded by the
 // distance to it whatever the file's line-end style.
-#ifndef DEVDEF_TOOLS_ANALYSIS_LINE_END_H_
-#define DEVDEF_TOOLS_ANALYSIS_LINE_END_H_
+#ifndef DEVDEF_TOOLS_TEXT_LINE_END_H_
+#define DEVDEF_TOOLS_TEXT_LINE_END_H_
 
 #include <cstddef>
 #include <cstring>
@@ -24,4 +24,4 @@ inline size_t FindLineEnd(const unsigned char* bytes, size_t from, size_t size) 
   return size;
 }
 
-#endif  // DEVDEF_TOOLS_ANALYSIS_LINE_END_H_
+#endif  // DEVDEF_TOOLS_TEXT_LINE_END_H_

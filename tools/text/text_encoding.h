@@ -4,8 +4,8 @@
 // (UTF-8, as terminals give them) are matched against the decoded names.
 // By default the run takes UTF-8 when the whole file is well-formed UTF-8,
 // else Windows-1252.
-#ifndef DEVDEF_TOOLS_TEXT_ENCODING_H_
-#define DEVDEF_TOOLS_TEXT_ENCODING_H_
+#ifndef DEVDEF_TOOLS_TEXT_TEXT_ENCODING_H_
+#define DEVDEF_TOOLS_TEXT_TEXT_ENCODING_H_
 
 #include <cstddef>
 #include <string>
@@ -53,4 +53,4 @@ std::string ShownText(const char* bytes, size_t length);
 std::string ShownText(const std::string& bytes);
 std::string ShownText(const CString& text);
 
-#endif  // DEVDEF_TOOLS_TEXT_ENCODING_H_
+#endif  // DEVDEF_TOOLS_TEXT_TEXT_ENCODING_H_

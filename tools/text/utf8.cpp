@@ -1,4 +1,4 @@
-#include "tools/lsp/utf8.h"
+#include "tools/text/utf8.h"
 
 #include <cstdint>
 #include <cstring>

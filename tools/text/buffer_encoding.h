@@ -4,8 +4,8 @@
 // as "°" and "ß". A buffer whose every character has a byte in
 // Windows-1252 is taken as such a file and analysed in those bytes; any
 // other buffer can only come from a UTF-8 file and is analysed as it is.
-#ifndef DEVDEF_TOOLS_LSP_BUFFER_ENCODING_H_
-#define DEVDEF_TOOLS_LSP_BUFFER_ENCODING_H_
+#ifndef DEVDEF_TOOLS_TEXT_BUFFER_ENCODING_H_
+#define DEVDEF_TOOLS_TEXT_BUFFER_ENCODING_H_
 
 #include <string>
 
@@ -23,4 +23,4 @@ BufferEncoding EncodeBuffer(std::string& text);
 // Bytes of a document in encoding as UTF-8.
 std::string DecodeBuffer(BufferEncoding encoding, const std::string& bytes);
 
-#endif  // DEVDEF_TOOLS_LSP_BUFFER_ENCODING_H_
+#endif  // DEVDEF_TOOLS_TEXT_BUFFER_ENCODING_H_
