@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/name_match.h"
-#include "tools/text/text_encoding.h"
+#include "tools/text/utf8.h"
 
 namespace {
 

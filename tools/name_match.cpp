@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tools/text/text_encoding.h"
+#include "tools/text/utf8.h"
 
 namespace {
 

@@ -27,9 +27,9 @@ void AppendJsonString(std::string& out, const char* text, size_t length) {
       ++i;
     } else {
       char32_t character = 0;
-      const size_t size = DecodeUtf8(b + i, length - i, &character);
-      if (size == 0) {
-        out += "\xEF\xBF\xBD";
+      const size_t size = NextCodePoint(text + i, length - i, &character);
+      if (character >= kIllFormedBase) {
+        out += kReplacementCharacter;
         ++i;
       } else {
         out.append(text + i, size);

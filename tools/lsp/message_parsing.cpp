@@ -52,8 +52,8 @@ bool DecodeString(const unsigned char* text, size_t length, std::string& out) {
     if (c < 0x20) return false;
     if (c >= 0x80) {
       char32_t character = 0;
-      const size_t size = DecodeUtf8(text + i, length - i, &character);
-      if (size == 0) return false;
+      const size_t size = NextCodePoint(reinterpret_cast<const char*>(text + i), length - i, &character);
+      if (character >= kIllFormedBase) return false;
       out.append(reinterpret_cast<const char*>(text + i), size);
       i += size;
       continue;

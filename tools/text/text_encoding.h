@@ -14,21 +14,12 @@
 
 enum class TextEncoding { kUtf8, kWindows1252, kLatin1 };
 
-// What NextCodePoint gives for an ill-formed part: this plus its first byte,
-// beyond every code point, so it equals no character.
-constexpr char32_t kIllFormedBase = 0x110000;
-
 // The encoding named "utf-8", "cp1252" or "latin1" (ASCII case ignored);
 // false for any other name.
 bool ParseTextEncoding(const std::string& name, TextEncoding* encoding);
 // "utf-8", "cp1252" or "latin1".
 const char* TextEncodingName(TextEncoding encoding);
 
-// Reads the UTF-8 character at bytes (length > 0): gives its code point and
-// its length in bytes. An ill-formed part (as Unicode delimits it: the
-// longest start of a well-formed sequence, or one byte) gives
-// kIllFormedBase + its first byte and its length.
-size_t NextCodePoint(const char* bytes, size_t length, char32_t* codePoint);
 // The encoding a run takes for a file of these bytes when none is asked
 // for: UTF-8 when they are well-formed UTF-8 but for the mark bytes 0xB0
 // and 0xDF that open a device name or a definition line, which are no
@@ -37,8 +28,8 @@ TextEncoding DetectTextEncoding(const std::string& bytes);
 
 // Appends bytes decoded as encoding to out as UTF-8. Windows-1252 maps its
 // five unassigned bytes (0x81, 0x8D, 0x8F, 0x90, 0x9D) to the control
-// characters of the same number, as Windows does, so it and Latin-1 decode
-// every byte. With UTF-8 each ill-formed part becomes U+FFFD; the result is
+// characters of the same number, as Windows does (tools/text/windows1252.h),
+// so it and Latin-1 decode every byte. With UTF-8 each ill-formed part becomes U+FFFD; the result is
 // false when that happened.
 bool AppendDecoded(TextEncoding encoding, const char* bytes, size_t length, std::string* out);
 

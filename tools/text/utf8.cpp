@@ -3,23 +3,49 @@
 #include <cstdint>
 #include <cstring>
 
-size_t DecodeUtf8(const unsigned char* text, size_t length, char32_t* character) {
-  const unsigned char c = text[0];
-  if (c < 0x80) {
-    *character = c;
+size_t NextCodePoint(const char* bytes, size_t length, char32_t* codePoint) {
+  const auto* p = reinterpret_cast<const unsigned char*>(bytes);
+  const unsigned char lead = p[0];
+  if (lead < 0x80) {
+    *codePoint = lead;
     return 1;
   }
-  const size_t need = c >= 0xC2 && c <= 0xDF ? 2 : c >= 0xE0 && c <= 0xEF ? 3 : c >= 0xF0 && c <= 0xF4 ? 4 : 0;
-  if (need == 0 || need > length) return 0;
-  char32_t value = need == 2 ? (c & 0x1F) : need == 3 ? (c & 0x0F) : (c & 0x07);
-  for (size_t i = 1; i < need; ++i) {
-    if ((text[i] & 0xC0) != 0x80) return 0;
-    value = (value << 6) | (text[i] & 0x3F);
+  // The bytes that may follow the lead, by the table of well-formed
+  // sequences: the second byte's range is narrower after E0, ED, F0 and F4.
+  size_t need = 0;
+  char32_t value = 0;
+  unsigned char low = 0x80;
+  unsigned char high = 0xBF;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    need = 1;
+    value = lead & 0x1F;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    need = 2;
+    value = lead & 0x0F;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    need = 3;
+    value = lead & 0x07;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+  } else {
+    *codePoint = kIllFormedBase + lead;
+    return 1;
   }
-  static const char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  if (value < kLeast[need] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
-  *character = value;
-  return need;
+  size_t i = 1;
+  for (; i <= need && i < length; ++i) {
+    if (p[i] < low || p[i] > high) break;
+    low = 0x80;
+    high = 0xBF;
+    value = (value << 6) | (p[i] & 0x3F);
+  }
+  if (i <= need) {
+    *codePoint = kIllFormedBase + lead;
+    return i;
+  }
+  *codePoint = value;
+  return i;
 }
 
 void AppendUtf8(std::string& out, char32_t character) {
@@ -40,14 +66,13 @@ void AppendUtf8(std::string& out, char32_t character) {
   }
 }
 
-size_t AsciiRun(const unsigned char* text, size_t length) {
+size_t AsciiRun(const char* bytes, size_t length) {
   size_t i = 0;
-  while (i + 8 <= length) {
+  for (; i + 8 <= length; i += 8) {
     std::uint64_t word;
-    std::memcpy(&word, text + i, 8);
+    std::memcpy(&word, bytes + i, 8);
     if ((word & 0x8080808080808080ull) != 0) break;
-    i += 8;
   }
-  while (i < length && text[i] < 0x80) ++i;
+  while (i < length && static_cast<unsigned char>(bytes[i]) < 0x80) ++i;
   return i;
 }
