@@ -6,8 +6,6 @@
 
 namespace {
 
-bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
-
 bool StartsWithNoCase(const unsigned char* text, size_t length, const char* word) {
   const size_t size = std::strlen(word);
   if (length < size) return false;

@@ -1,10 +1,14 @@
-// Finding the next line end (LF or CR) in bytes, at a cost bounded by the
-// distance to it whatever the file's line-end style.
+// The bytes that end lines of definition files (LF, CR, or both as CR LF),
+// and finding the next line end at a cost bounded by the distance to it
+// whatever the file's line-end style.
 #ifndef DEVDEF_TOOLS_TEXT_LINE_END_H_
 #define DEVDEF_TOOLS_TEXT_LINE_END_H_
 
 #include <cstddef>
 #include <cstring>
+
+// True for LF and CR, the bytes a line ends with.
+inline bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
 
 // The offset of the first LF or CR at or behind from, or size. Looks in
 // windows that double, so that a file of CR ends does not make each search

@@ -1,5 +1,6 @@
 #include "tools/text/text_encoding.h"
 
+#include "tools/text/line_end.h"
 #include "tools/text/utf8.h"
 #include "tools/text/windows1252.h"
 
@@ -16,7 +17,7 @@ bool IsMarkByte(const char* bytes, size_t length, size_t i) {
   if (i + 1 < length && (static_cast<unsigned char>(bytes[i + 1]) & 0xC0) == 0x80) return false;
   size_t before = i;
   while (before > 0 && (bytes[before - 1] == ' ' || bytes[before - 1] == '\t')) --before;
-  return before == 0 || bytes[before - 1] == '\n' || bytes[before - 1] == '\r';
+  return before == 0 || IsLineEnd(bytes[before - 1]);
 }
 
 char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
