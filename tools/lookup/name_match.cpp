@@ -1,4 +1,4 @@
-#include "tools/name_match.h"
+#include "tools/lookup/name_match.h"
 
 #include <utility>
 

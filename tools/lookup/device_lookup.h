@@ -1,7 +1,7 @@
 // Finding devices in the catalogue by name or by definition id, the same
 // for every command.
-#ifndef DEVDEF_TOOLS_DEVICE_LOOKUP_H_
-#define DEVDEF_TOOLS_DEVICE_LOOKUP_H_
+#ifndef DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_
+#define DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "devdef/devdef.h"
-#include "tools/name_match.h"
+#include "tools/lookup/name_match.h"
 
 // A device with its kind and manufacturer and their places in their lists.
 struct DeviceAt {
@@ -48,4 +48,4 @@ std::vector<DeviceAt> DevicesWithId(KCDeviceDefCtrl& ctrl, std::uint32_t id);
 // only, unless anyId), each once, in the order they first stand.
 std::vector<unsigned> HiddenGenerations(const std::vector<DeviceAt>& devices, bool anyId, std::uint32_t id);
 
-#endif  // DEVDEF_TOOLS_DEVICE_LOOKUP_H_
+#endif  // DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_

@@ -1,15 +1,15 @@
 // What the tool says on standard error when a name or an id does not name
 // what a command needs: nothing, several devices, or definitions hidden in
 // the generation in force.
-#ifndef DEVDEF_TOOLS_LOOKUP_REPORT_H_
-#define DEVDEF_TOOLS_LOOKUP_REPORT_H_
+#ifndef DEVDEF_TOOLS_COMMANDS_LOOKUP_REPORT_H_
+#define DEVDEF_TOOLS_COMMANDS_LOOKUP_REPORT_H_
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "tools/name_match.h"
+#include "tools/lookup/name_match.h"
 
 // "no device named 'X'; closest: A, B" (the names of the device objects
 // closest, each once; the clause only when there are any), or "no device
@@ -27,4 +27,4 @@ void ReportHidden(const std::string& what, const std::vector<unsigned>& generati
 // A word quoted for a POSIX shell when it needs it.
 std::string ShellWord(const std::string& word);
 
-#endif  // DEVDEF_TOOLS_LOOKUP_REPORT_H_
+#endif  // DEVDEF_TOOLS_COMMANDS_LOOKUP_REPORT_H_

@@ -1,9 +1,9 @@
 // The names closest to an argument that named nothing, for a "did you
 // mean" line: names that start with the argument, and names within a few
 // edits of it (insertions, deletions, substitutions of characters), as
-// names compare (tools/name_match.h).
-#ifndef DEVDEF_TOOLS_CLOSEST_NAMES_H_
-#define DEVDEF_TOOLS_CLOSEST_NAMES_H_
+// names compare (tools/lookup/name_match.h).
+#ifndef DEVDEF_TOOLS_LOOKUP_CLOSEST_NAMES_H_
+#define DEVDEF_TOOLS_LOOKUP_CLOSEST_NAMES_H_
 
 #include <cstddef>
 #include <string>
@@ -43,4 +43,4 @@ class ClosestNames {
   std::vector<Kept> m_kept;
 };
 
-#endif  // DEVDEF_TOOLS_CLOSEST_NAMES_H_
+#endif  // DEVDEF_TOOLS_LOOKUP_CLOSEST_NAMES_H_

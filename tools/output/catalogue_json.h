@@ -1,10 +1,10 @@
 // The catalogue as JSON, one shape for each thing wherever it appears
 // (docs/json.md): a kind, a manufacturer, a device and a definition. The
 // tool's text output is rendered from the same objects. Names and texts are
-// decoded with the run's encoding (tools/json_document.h); "line" is the
+// decoded with the run's encoding (tools/output/json_document.h); "line" is the
 // 1-based line a thing stands on in the file, null where it is not known.
-#ifndef DEVDEF_TOOLS_CATALOGUE_JSON_H_
-#define DEVDEF_TOOLS_CATALOGUE_JSON_H_
+#ifndef DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_
+#define DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -12,7 +12,7 @@
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
-#include "tools/device_lookup.h"
+#include "tools/lookup/device_lookup.h"
 
 // A kind or a manufacturer: {"name", "line"}.
 nlohmann::json KindJson(const Analysis& analysis, POSITION kindPos, const TAG_KIND_OF_DEVICE& kind);
@@ -54,4 +54,4 @@ class TreeVisitor {
 // Walks the catalogue, one device's object in memory at a time.
 void WalkTree(Analysis& analysis, TreeVisitor& visitor);
 
-#endif  // DEVDEF_TOOLS_CATALOGUE_JSON_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_

@@ -1,8 +1,8 @@
 // What every JSON document of the tool shares: the frame that says which
 // schema it follows and which file it is about, and text fields that keep
 // every byte of the file.
-#ifndef DEVDEF_TOOLS_JSON_DOCUMENT_H_
-#define DEVDEF_TOOLS_JSON_DOCUMENT_H_
+#ifndef DEVDEF_TOOLS_OUTPUT_JSON_DOCUMENT_H_
+#define DEVDEF_TOOLS_OUTPUT_JSON_DOCUMENT_H_
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
@@ -30,4 +30,4 @@ void PutShownText(nlohmann::json& object, const char* field, const CString& text
 // and the run's encoding.
 nlohmann::json DocumentFrame(const Analysis& analysis);
 
-#endif  // DEVDEF_TOOLS_JSON_DOCUMENT_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_JSON_DOCUMENT_H_

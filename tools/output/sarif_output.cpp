@@ -1,4 +1,4 @@
-#include "tools/diagnostics/sarif_output.h"
+#include "tools/output/sarif_output.h"
 
 #include <cstring>
 #include <unordered_map>

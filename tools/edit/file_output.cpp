@@ -1,4 +1,4 @@
-#include "tools/file_output.h"
+#include "tools/edit/file_output.h"
 
 #include "tools/catalogue_walk.h"
 

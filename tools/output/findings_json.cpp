@@ -1,7 +1,7 @@
-#include "tools/diagnostics/findings_json.h"
+#include "tools/output/findings_json.h"
 
 #include "tools/diagnostics/severity_summary.h"
-#include "tools/json_document.h"
+#include "tools/output/json_document.h"
 
 using nlohmann::json;
 

@@ -1,10 +1,10 @@
-#include "tools/catalogue_json.h"
+#include "tools/output/catalogue_json.h"
 
 #include <cstring>
 #include <utility>
 
-#include "tools/json_document.h"
-#include "tools/json_stream.h"
+#include "tools/output/json_document.h"
+#include "tools/output/json_stream.h"
 
 using nlohmann::json;
 

@@ -1,4 +1,4 @@
-#include "tools/message_box_output.h"
+#include "tools/output/message_box_output.h"
 
 #include <cstdio>
 #include <string>

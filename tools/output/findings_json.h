@@ -1,7 +1,7 @@
 // Findings, and the kinds of finding, as the JSON documents of
 // "devdef check --json".
-#ifndef DEVDEF_TOOLS_DIAGNOSTICS_FINDINGS_JSON_H_
-#define DEVDEF_TOOLS_DIAGNOSTICS_FINDINGS_JSON_H_
+#ifndef DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
+#define DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include "tools/analysis/finding.h"
 
-// The document frame (tools/json_document.h) with "findings": [{"line",
+// The document frame (tools/output/json_document.h) with "findings": [{"line",
 // "column", "end_line", "end_column", "severity", "kind", "message", "count",
 // "related": [{"line", "column", "end_line", "end_column", "message",
 // "cause"}]}] and "summary": {"errors", "warnings", "notes"}; messages
@@ -20,4 +20,4 @@ nlohmann::json FindingsJson(nlohmann::json frame, const std::vector<const Findin
 // order.
 nlohmann::json FindingKindsJson();
 
-#endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDINGS_JSON_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_

@@ -1,8 +1,8 @@
 // How an argument names devices, the same in every command: names compare
 // without regard to ASCII case and with '_' (as files spell blanks) equal
 // to ' ' (as names are shown); a pattern takes shell wildcards.
-#ifndef DEVDEF_TOOLS_NAME_MATCH_H_
-#define DEVDEF_TOOLS_NAME_MATCH_H_
+#ifndef DEVDEF_TOOLS_LOOKUP_NAME_MATCH_H_
+#define DEVDEF_TOOLS_LOOKUP_NAME_MATCH_H_
 
 #include <cstddef>
 #include <string>
@@ -55,4 +55,4 @@ class NamePattern {
   bool m_hasWildcards = false;
 };
 
-#endif  // DEVDEF_TOOLS_NAME_MATCH_H_
+#endif  // DEVDEF_TOOLS_LOOKUP_NAME_MATCH_H_

@@ -1,4 +1,4 @@
-#include "tools/text_output.h"
+#include "tools/output/text_output.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
-#include "tools/lookup_report.h"
+#include "tools/commands/lookup_report.h"
 
 #include <cstdio>
 
-#include "tools/text_output.h"
+#include "tools/output/text_output.h"
 
 using nlohmann::json;
 

@@ -1,4 +1,4 @@
-#include "tools/writing/round_trip.h"
+#include "tools/edit/round_trip.h"
 
 #include <cstring>
 #include <deque>

@@ -1,8 +1,8 @@
-#include "tools/closest_names.h"
+#include "tools/lookup/closest_names.h"
 
 #include <algorithm>
 
-#include "tools/name_match.h"
+#include "tools/lookup/name_match.h"
 #include "tools/text/utf8.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Writing the tool's output files so that an existing file is never left
 // half-written: the bytes go to a temporary file in the target's directory,
 // which is renamed into place only when the library reported success.
-#ifndef DEVDEF_TOOLS_FILE_OUTPUT_H_
-#define DEVDEF_TOOLS_FILE_OUTPUT_H_
+#ifndef DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
+#define DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
 
 #include <functional>
 #include <string>
@@ -35,4 +35,4 @@ std::string MakeExportDirectory(const std::string& dir);
 // result is false.
 bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, const std::string& dir);
 
-#endif  // DEVDEF_TOOLS_FILE_OUTPUT_H_
+#endif  // DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_

@@ -1,4 +1,4 @@
-#include "tools/json_document.h"
+#include "tools/output/json_document.h"
 
 using nlohmann::json;
 

@@ -1,7 +1,7 @@
 // The tool's text output, rendered from the JSON objects of the catalogue
-// (tools/catalogue_json.h).
-#ifndef DEVDEF_TOOLS_TEXT_OUTPUT_H_
-#define DEVDEF_TOOLS_TEXT_OUTPUT_H_
+// (tools/output/catalogue_json.h).
+#ifndef DEVDEF_TOOLS_OUTPUT_TEXT_OUTPUT_H_
+#define DEVDEF_TOOLS_OUTPUT_TEXT_OUTPUT_H_
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -21,4 +21,4 @@ void PrintDeviceText(std::FILE* out, const nlohmann::json& device);
 // its fields.
 void PrintFoundText(std::FILE* out, const nlohmann::json& device, const nlohmann::json& definition);
 
-#endif  // DEVDEF_TOOLS_TEXT_OUTPUT_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_TEXT_OUTPUT_H_

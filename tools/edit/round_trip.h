@@ -2,8 +2,8 @@
 // the class that reads that layout, and the catalogue it gives compared with
 // the one that was written. The writer adds a blank in front of every
 // definition text; that blank is the format's own and counts as no loss.
-#ifndef DEVDEF_TOOLS_WRITING_ROUND_TRIP_H_
-#define DEVDEF_TOOLS_WRITING_ROUND_TRIP_H_
+#ifndef DEVDEF_TOOLS_EDIT_ROUND_TRIP_H_
+#define DEVDEF_TOOLS_EDIT_ROUND_TRIP_H_
 
 #include <string>
 #include <vector>
@@ -17,4 +17,4 @@
 // hold the written file's lists afterwards; input's catalogue is unchanged.
 std::vector<Finding> RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity);
 
-#endif  // DEVDEF_TOOLS_WRITING_ROUND_TRIP_H_
+#endif  // DEVDEF_TOOLS_EDIT_ROUND_TRIP_H_

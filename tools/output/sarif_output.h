@@ -1,6 +1,6 @@
 // Findings as a SARIF 2.1.0 log, the form code-scanning services take.
-#ifndef DEVDEF_TOOLS_DIAGNOSTICS_SARIF_OUTPUT_H_
-#define DEVDEF_TOOLS_DIAGNOSTICS_SARIF_OUTPUT_H_
+#ifndef DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
+#define DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -20,4 +20,4 @@ nlohmann::json SarifLog(const std::string& file, const std::vector<const Finding
 // "-._~/!$&'()*+,;=@" is percent-encoded.
 std::string PathToUri(const std::string& path);
 
-#endif  // DEVDEF_TOOLS_DIAGNOSTICS_SARIF_OUTPUT_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_

@@ -1,4 +1,4 @@
-#include "tools/json_stream.h"
+#include "tools/output/json_stream.h"
 
 #include <utility>
 

@@ -2,8 +2,8 @@
 // nlohmann::json::dump(2) prints it whole: an object whose one array field
 // is filled element by element, where an element may again be such an
 // object. Only one element is held in memory at a time.
-#ifndef DEVDEF_TOOLS_JSON_STREAM_H_
-#define DEVDEF_TOOLS_JSON_STREAM_H_
+#ifndef DEVDEF_TOOLS_OUTPUT_JSON_STREAM_H_
+#define DEVDEF_TOOLS_OUTPUT_JSON_STREAM_H_
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -35,4 +35,4 @@ class JsonStream {
   std::vector<Open> open_;
 };
 
-#endif  // DEVDEF_TOOLS_JSON_STREAM_H_
+#endif  // DEVDEF_TOOLS_OUTPUT_JSON_STREAM_H_

@@ -1,9 +1,9 @@
-#include "tools/device_lookup.h"
+#include "tools/lookup/device_lookup.h"
 
 #include <algorithm>
 
 #include "devdef/catalogue/catalogue_walk.h"
-#include "tools/closest_names.h"
+#include "tools/lookup/closest_names.h"
 #include "tools/text/text_encoding.h"
 
 namespace {
