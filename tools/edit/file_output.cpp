@@ -1,7 +1,5 @@
 #include "tools/edit/file_output.h"
 
-#include "tools/catalogue_walk.h"
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +9,8 @@
 #include <cstring>
 #include <fstream>
 #include <vector>
+
+#include "devdef/catalogue/catalogue_walk.h"
 
 namespace {
 
@@ -200,11 +200,13 @@ bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, con
   int adapters = 0;
   int expectedDevices = 0;
   int expectedAdapters = 0;
-  ForEachDevice(ctrl, [&](TAG_KIND_OF_DEVICE&, TAG_DEVICE_MANUF&, DEVICE_ITEM& device) {
+  DevdefWalkDevices(ctrl.getDeviceList(), [&](const DevdefDevicePlace& place) {
     ++expectedDevices;
-    for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-      if (device.m_DefArray[i].m_KvrType == 4) expectedAdapters += device.m_DefArray[i].m_AdapterIds.GetSize();
+    for (int i = 0; i < place.device.m_DefArray.GetSize(); ++i) {
+      const DEVICE_KVRXDEF_ITEM& def = place.device.m_DefArray[i];
+      if (def.m_KvrType == 4) expectedAdapters += def.m_AdapterIds.GetSize();
     }
+    return false;
   });
   bool ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices && adapters == expectedAdapters;
   if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
