@@ -1,8 +1,8 @@
 // The parts of a definition line under a position: its keyword, or one of
 // its number fields with the number the reader stored for it and the header
 // list that number is an entry of.
-#ifndef DEVDEF_TOOLS_LSP_DEFINITION_FIELD_AT_H_
-#define DEVDEF_TOOLS_LSP_DEFINITION_FIELD_AT_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_DEFINITION_FIELD_AT_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_DEFINITION_FIELD_AT_H_
 
 #include <cstddef>
 #include <string>
@@ -35,4 +35,4 @@ std::vector<StoredField> StoredFields(const std::string& bytes, ByteSpan line, i
 // The field whose bytes hold offset, or null.
 const StoredField* FieldAt(const std::vector<StoredField>& fields, size_t offset);
 
-#endif  // DEVDEF_TOOLS_LSP_DEFINITION_FIELD_AT_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_DEFINITION_FIELD_AT_H_

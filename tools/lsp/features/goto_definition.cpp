@@ -1,6 +1,6 @@
-#include "tools/lsp/goto_definition.h"
+#include "tools/lsp/features/goto_definition.h"
 
-#include "tools/lsp/definition_field_at.h"
+#include "tools/lsp/features/definition_field_at.h"
 
 nlohmann::json DefinitionAt(const DocumentView& view, size_t offset) {
   const IndexedPlace* place = view.index.At(offset);

@@ -1,7 +1,7 @@
 // textDocument/definition: from a package, adapter or module number of a
 // definition line to the entry of its header list.
-#ifndef DEVDEF_TOOLS_LSP_GOTO_DEFINITION_H_
-#define DEVDEF_TOOLS_LSP_GOTO_DEFINITION_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_GOTO_DEFINITION_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_GOTO_DEFINITION_H_
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
@@ -12,4 +12,4 @@
 // when there is no such number or entry.
 nlohmann::json DefinitionAt(const DocumentView& view, size_t offset);
 
-#endif  // DEVDEF_TOOLS_LSP_GOTO_DEFINITION_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_GOTO_DEFINITION_H_

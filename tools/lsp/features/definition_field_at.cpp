@@ -1,4 +1,4 @@
-#include "tools/lsp/definition_field_at.h"
+#include "tools/lsp/features/definition_field_at.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "tools/lsp/diagnostics.h"
+#include "tools/lsp/features/diagnostics.h"
 
 #include <cstring>
 
-#include "tools/lsp/json_text.h"
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/protocol/json_text.h"
+#include "tools/lsp/protocol/text_positions.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tools/lsp/folding_ranges.h"
+#include "tools/lsp/features/folding_ranges.h"
 
 #include <algorithm>
 #include <utility>

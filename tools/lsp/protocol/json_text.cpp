@@ -1,4 +1,4 @@
-#include "tools/lsp/json_text.h"
+#include "tools/lsp/protocol/json_text.h"
 
 #include <charconv>
 

@@ -1,7 +1,7 @@
 // textDocument/references: from a header list entry (or a number that
 // names one) to every number of a definition line that names it.
-#ifndef DEVDEF_TOOLS_LSP_REFERENCES_H_
-#define DEVDEF_TOOLS_LSP_REFERENCES_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_REFERENCES_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_REFERENCES_H_
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
@@ -13,4 +13,4 @@
 // empty array when offset is at no entry or such number.
 nlohmann::json ReferencesAt(const DocumentView& view, size_t offset, bool includeDeclaration);
 
-#endif  // DEVDEF_TOOLS_LSP_REFERENCES_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_REFERENCES_H_

@@ -2,8 +2,8 @@
 // message is, the bodies of responses, errors and notifications, the error
 // codes, and access to parameters that answers a malformed one with
 // InvalidParams.
-#ifndef DEVDEF_TOOLS_LSP_JSON_RPC_H_
-#define DEVDEF_TOOLS_LSP_JSON_RPC_H_
+#ifndef DEVDEF_TOOLS_LSP_PROTOCOL_JSON_RPC_H_
+#define DEVDEF_TOOLS_LSP_PROTOCOL_JSON_RPC_H_
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
@@ -57,4 +57,4 @@ const std::string& StringMember(const nlohmann::json& object, const char* key);
 std::int64_t IntegerMember(const nlohmann::json& object, const char* key);
 const nlohmann::json& ObjectMember(const nlohmann::json& object, const char* key);
 
-#endif  // DEVDEF_TOOLS_LSP_JSON_RPC_H_
+#endif  // DEVDEF_TOOLS_LSP_PROTOCOL_JSON_RPC_H_

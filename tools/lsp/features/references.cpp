@@ -1,6 +1,6 @@
-#include "tools/lsp/references.h"
+#include "tools/lsp/features/references.h"
 
-#include "tools/lsp/definition_field_at.h"
+#include "tools/lsp/features/definition_field_at.h"
 
 using nlohmann::json;
 

@@ -4,8 +4,8 @@
 // is reported and passed over, and a "Content-Length" header found at the
 // end of such a line starts the next message, so a wrong length costs the
 // messages it spoils and no more.
-#ifndef DEVDEF_TOOLS_LSP_MESSAGE_FRAMING_H_
-#define DEVDEF_TOOLS_LSP_MESSAGE_FRAMING_H_
+#ifndef DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_FRAMING_H_
+#define DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_FRAMING_H_
 
 #include <cstddef>
 #include <string>
@@ -72,4 +72,4 @@ std::string FrameHeader(size_t bodySize);
 // A message's body with its header block, ready to be written.
 std::string FrameMessage(const std::string& body);
 
-#endif  // DEVDEF_TOOLS_LSP_MESSAGE_FRAMING_H_
+#endif  // DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_FRAMING_H_

@@ -1,4 +1,4 @@
-#include "tools/lsp/message_parsing.h"
+#include "tools/lsp/protocol/message_parsing.h"
 
 #include <cstring>
 #include <vector>

@@ -4,8 +4,8 @@
 // plain runs, and the rest of the message by the JSON library. A string
 // this pass does not take as well-formed sends the whole message to the
 // library, so what is accepted and what is refused stays the library's.
-#ifndef DEVDEF_TOOLS_LSP_MESSAGE_PARSING_H_
-#define DEVDEF_TOOLS_LSP_MESSAGE_PARSING_H_
+#ifndef DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_PARSING_H_
+#define DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_PARSING_H_
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -14,4 +14,4 @@
 // longString bytes or more (in the body) are decoded on their own.
 nlohmann::json ParseMessage(const std::string& body, size_t longString = 65536);
 
-#endif  // DEVDEF_TOOLS_LSP_MESSAGE_PARSING_H_
+#endif  // DEVDEF_TOOLS_LSP_PROTOCOL_MESSAGE_PARSING_H_

@@ -3,8 +3,8 @@
 // UTF-16 code units). In bytes of one byte per character the two columns
 // are the same; in UTF-8 only the lines asked about are read, and a run of
 // places along one line is counted in one pass.
-#ifndef DEVDEF_TOOLS_LSP_TEXT_POSITIONS_H_
-#define DEVDEF_TOOLS_LSP_TEXT_POSITIONS_H_
+#ifndef DEVDEF_TOOLS_LSP_PROTOCOL_TEXT_POSITIONS_H_
+#define DEVDEF_TOOLS_LSP_PROTOCOL_TEXT_POSITIONS_H_
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
@@ -49,4 +49,4 @@ class PositionConverter {
   mutable long m_lastUnits = 0;
 };
 
-#endif  // DEVDEF_TOOLS_LSP_TEXT_POSITIONS_H_
+#endif  // DEVDEF_TOOLS_LSP_PROTOCOL_TEXT_POSITIONS_H_

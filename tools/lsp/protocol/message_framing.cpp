@@ -1,4 +1,4 @@
-#include "tools/lsp/message_framing.h"
+#include "tools/lsp/protocol/message_framing.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
-#include "tools/lsp/hover.h"
+#include "tools/lsp/features/hover.h"
 
 #include <string>
 
-#include "tools/lsp/definition_field_at.h"
+#include "tools/lsp/features/definition_field_at.h"
 
 using nlohmann::json;
 

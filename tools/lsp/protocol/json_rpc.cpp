@@ -1,4 +1,4 @@
-#include "tools/lsp/json_rpc.h"
+#include "tools/lsp/protocol/json_rpc.h"
 
 using nlohmann::json;
 

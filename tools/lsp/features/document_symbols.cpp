@@ -1,10 +1,10 @@
-#include "tools/lsp/document_symbols.h"
+#include "tools/lsp/features/document_symbols.h"
 
 #include <algorithm>
 #include <string>
 
-#include "tools/lsp/definition_field_at.h"
-#include "tools/lsp/json_text.h"
+#include "tools/lsp/features/definition_field_at.h"
+#include "tools/lsp/protocol/json_text.h"
 
 namespace {
 

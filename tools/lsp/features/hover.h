@@ -4,8 +4,8 @@
 // generation and whether it is visible in the generation in force; a kind,
 // manufacturer or device name gives its counts; a header list entry its
 // number.
-#ifndef DEVDEF_TOOLS_LSP_HOVER_H_
-#define DEVDEF_TOOLS_LSP_HOVER_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_HOVER_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_HOVER_H_
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
@@ -16,4 +16,4 @@
 // when nothing is there.
 nlohmann::json HoverAt(const DocumentView& view, size_t offset);
 
-#endif  // DEVDEF_TOOLS_LSP_HOVER_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_HOVER_H_

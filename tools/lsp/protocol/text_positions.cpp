@@ -1,4 +1,4 @@
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/protocol/text_positions.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 // holding manufacturers holding devices holding their definitions (by id),
 // named as the library names them. Written straight into JSON text: a large
 // file has tens of thousands of symbols.
-#ifndef DEVDEF_TOOLS_LSP_DOCUMENT_SYMBOLS_H_
-#define DEVDEF_TOOLS_LSP_DOCUMENT_SYMBOLS_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_DOCUMENT_SYMBOLS_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_DOCUMENT_SYMBOLS_H_
 
 #include <string>
 
@@ -14,4 +14,4 @@
 // take no trees.
 std::string DocumentSymbols(const DocumentView& view, bool hierarchical);
 
-#endif  // DEVDEF_TOOLS_LSP_DOCUMENT_SYMBOLS_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_DOCUMENT_SYMBOLS_H_

@@ -2,8 +2,8 @@
 // with its range, severity, kind (as code), source "devdef", message and
 // related places. The notification is written straight into its text, as a
 // large file has many thousands of findings.
-#ifndef DEVDEF_TOOLS_LSP_DIAGNOSTICS_H_
-#define DEVDEF_TOOLS_LSP_DIAGNOSTICS_H_
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
 
 #include <cstdint>
 #include <string>
@@ -18,4 +18,4 @@
 std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
                                    BufferEncoding encoding);
 
-#endif  // DEVDEF_TOOLS_LSP_DIAGNOSTICS_H_
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
