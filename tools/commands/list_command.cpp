@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "tools/output/catalogue_json.h"
 #include "tools/commands/command.h"
-#include "tools/lookup/device_lookup.h"
-#include "tools/output/json_document.h"
 #include "tools/commands/lookup_report.h"
+#include "tools/lookup/device_lookup.h"
+#include "tools/output/catalogue_json.h"
+#include "tools/output/json_document.h"
 #include "tools/output/text_output.h"
 
 using nlohmann::json;

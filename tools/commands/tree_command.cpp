@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "tools/output/catalogue_json.h"
 #include "tools/commands/command.h"
+#include "tools/output/catalogue_json.h"
 #include "tools/output/json_stream.h"
 #include "tools/output/text_output.h"
 
