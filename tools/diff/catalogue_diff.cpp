@@ -97,7 +97,9 @@ class Side {
         {"module", Named(2, def.m_ModulId)},
         {"adapters", NamedList(1, def.m_AdapterIds)},
     };
-    for (int i = 0; i < 11; ++i) fields.emplace_back("value" + std::to_string(i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
+    for (int i = 0; i < 11; ++i) {
+      fields.emplace_back("value" + std::to_string(i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
+    }
     fields.emplace_back("text", DiffValue::Text(Bytes(def.m_DefLine)));
     fields.emplace_back("marks", Marks(def.m_MarkFlags));
     return fields;
@@ -167,8 +169,8 @@ class Differ {
                                                                                               : DiffChange::Change::kMoved;
         DiffChange& item = Add(change, DiffChange::What::kListEntry, {kListKeywords[list]}, entry.name);
         if (entry.oldIndex >= 0) {
-          item.fields.push_back({"number", {DiffValue::Number(entry.oldIndex),
-                                            entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None()}});
+          const DiffValue newNumber = entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None();
+          item.fields.push_back({"number", {DiffValue::Number(entry.oldIndex), newNumber}});
           if (static_cast<size_t>(entry.oldIndex) < oldPlaces.size()) item.oldLine = oldPlaces[static_cast<size_t>(entry.oldIndex)].start.line;
         } else {
           item.fields.push_back({"number", {DiffValue::None(), DiffValue::Number(entry.newIndex)}});

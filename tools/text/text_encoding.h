@@ -29,8 +29,8 @@ TextEncoding DetectTextEncoding(const std::string& bytes);
 // Appends bytes decoded as encoding to out as UTF-8. Windows-1252 maps its
 // five unassigned bytes (0x81, 0x8D, 0x8F, 0x90, 0x9D) to the control
 // characters of the same number, as Windows does (tools/text/windows1252.h),
-// so it and Latin-1 decode every byte. With UTF-8 each ill-formed part becomes U+FFFD; the result is
-// false when that happened.
+// so it and Latin-1 decode every byte. With UTF-8 each ill-formed part
+// becomes U+FFFD; the result is false when that happened.
 bool AppendDecoded(TextEncoding encoding, const char* bytes, size_t length, std::string* out);
 
 // Sets the encoding of this run; Windows-1252 until it is set.
