@@ -9,10 +9,10 @@
 #include <string>
 
 #include "bench/catalogue_generator.h"
-#include "tools/lsp/buffer_encoding.h"
-#include "tools/lsp/diagnostics.h"
+#include "tools/lsp/features/diagnostics.h"
 #include "tools/lsp/language_server.h"
-#include "tools/lsp/message_parsing.h"
+#include "tools/lsp/protocol/message_parsing.h"
+#include "tools/text/buffer_encoding.h"
 
 using nlohmann::json;
 

@@ -11,8 +11,8 @@
 
 #include "fuzz/fuzz_support.h"
 #include "tools/lsp/language_server.h"
-#include "tools/lsp/message_framing.h"
-#include "tools/lsp/message_parsing.h"
+#include "tools/lsp/protocol/message_framing.h"
+#include "tools/lsp/protocol/message_parsing.h"
 
 namespace {
 

@@ -32,7 +32,9 @@ std::vector<std::string> Diff(const std::string& oldText, const std::string& new
     for (const std::string& name : change.path) line += name + "/";
     line += change.name;
     if (change.hasId) line += "#" + std::to_string(change.id);
-    for (const auto& field : change.fields) line += " " + field.first + "=" + field.second.first.dump() + ">" + field.second.second.dump();
+    for (const auto& field : change.fields) {
+      line += " " + field.first + "=" + field.second.first.Literal() + ">" + field.second.second.Literal();
+    }
     if (!change.from.empty()) line += " from " + change.from[0] + "/" + change.from[1];
     line += " " + std::to_string(change.oldLine) + ":" + std::to_string(change.newLine);
     out.push_back(line);
@@ -133,6 +135,23 @@ TEST(Diff, ZeroAndRepeatedIdsPairByPlace) {
                                                               "seven, changed\" 11:11"}));
   // The hidden definition is left out with --visible-only.
   EXPECT_EQ(Diff(oldText, newText, true).size(), 1u);
+}
+
+TEST(Diff, DevicesOfSingleByteTextMoveAndGo) {
+  // Names and texts in Windows-1252 are no UTF-8; a device that stands
+  // elsewhere with the same content has moved all the same.
+  const std::string head = "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n";
+  const std::string oldText = head +
+                              ":M\n"
+                              "D\xC9\n{\nKVR5DEF: 1 0 0 0 8 : caf\xE9 \x93x\x94\n}\n"
+                              "GONE\n{\nKVR5DEF: 2 0 0 0 8 : \xE4\n}\n";
+  const std::string newText = head +
+                              ":N\n"
+                              "D\xC9\n{\nKVR5DEF: 1 0 0 0 8 : caf\xE9 \x93x\x94\n}\n";
+  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"added manufacturer K/N 0:6",
+                                                              "removed manufacturer K/M 6:0",
+                                                              "moved device K/N/D\xC9 from K/M 7:7",
+                                                              "removed device K/M/GONE 11:0"}));
 }
 
 TEST(Diff, FilesOfTwoLayouts) {

@@ -7,8 +7,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "tools/lsp/buffer_encoding.h"
 #include "tools/lsp/server_loop.h"
+#include "tools/text/buffer_encoding.h"
 
 using nlohmann::json;
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tools/lsp/language_server.h"
-#include "tools/lsp/message_framing.h"
+#include "tools/lsp/protocol/message_framing.h"
 
 // The text of an example file as an editor sends it: its bytes decoded as
 // Windows-1252, in UTF-8.

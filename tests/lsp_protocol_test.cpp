@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/lsp_client.h"
-#include "tools/lsp/message_framing.h"
+#include "tools/lsp/protocol/message_framing.h"
 
 using nlohmann::json;
 

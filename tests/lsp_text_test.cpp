@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "tools/analysis/source_map.h"
-#include "tools/lsp/buffer_encoding.h"
-#include "tools/lsp/message_parsing.h"
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/protocol/message_parsing.h"
+#include "tools/lsp/protocol/text_positions.h"
+#include "tools/text/buffer_encoding.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tools/commands/command.h"
-#include "tools/message_box_output.h"
+#include "tools/output/message_box_output.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"Reads, queries, checks and writes device definition files of layouts 1, 2 and 7.", "devdef"};

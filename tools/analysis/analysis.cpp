@@ -13,10 +13,9 @@
 #include "tools/analysis/catalogue_checks.h"
 #include "tools/analysis/observing_ctrl.h"
 #include "tools/analysis/read_replay.h"
+#include "tools/text/line_end.h"
 
 namespace {
-
-bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
 
 // The whole file, or false with the reason.
 bool ReadBytes(const std::string& path, std::string& bytes, std::string& error) {

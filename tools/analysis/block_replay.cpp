@@ -4,10 +4,9 @@
 #include <string_view>
 
 #include "tools/analysis/read_replay.h"
+#include "tools/text/line_end.h"
 
 namespace {
-
-bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
 
 const char kHousingKeyword[] = "DEVICE_HOUSING_LIST:";
 

@@ -2,10 +2,10 @@
 #include <cstring>
 
 #include "tools/analysis/read_replay.h"
+#include "tools/text/line_end.h"
 
 namespace {
 
-bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
 // What is trimmed from the end of a one-line list entry.
 bool IsPieceEnd(unsigned char c) { return c == ' ' || c == '\t' || c == ',' || c == ';'; }
 bool IsEntrySeparator(unsigned char c) { return c == '\t' || c == ' ' || c == ',' || IsLineEnd(c); }

@@ -2,11 +2,9 @@
 
 #include <cstring>
 
-#include "tools/analysis/line_end.h"
+#include "tools/text/line_end.h"
 
 namespace {
-
-bool IsLineEnd(unsigned char c) { return c == '\n' || c == '\r'; }
 
 bool StartsWithNoCase(const unsigned char* text, size_t length, const char* word) {
   const size_t size = std::strlen(word);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tools/analysis/line_end.h"
+#include "tools/text/line_end.h"
 
 SourceMap::SourceMap(const std::string& bytes) : m_size(bytes.size()) {
   const char* data = bytes.data();

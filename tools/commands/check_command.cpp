@@ -7,11 +7,11 @@
 
 #include "tools/commands/command.h"
 #include "tools/diagnostics/finding_filter.h"
-#include "tools/diagnostics/findings_json.h"
 #include "tools/diagnostics/gcc_output.h"
-#include "tools/diagnostics/sarif_output.h"
 #include "tools/diagnostics/severity_summary.h"
-#include "tools/json_document.h"
+#include "tools/output/findings_json.h"
+#include "tools/output/json_document.h"
+#include "tools/output/sarif_output.h"
 
 namespace {
 

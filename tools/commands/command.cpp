@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson) {
   CLI::Option* file =

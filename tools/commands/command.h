@@ -38,7 +38,7 @@ CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool wit
 CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
 
 // Reads args.file ("-": standard input) with args.options and sets the
-// run's encoding (tools/text_encoding.h): --encoding, else the one the
+// run's encoding (tools/text/text_encoding.h): --encoding, else the one the
 // file's bytes call for. When it cannot be read or is no definition file:
 // one line on standard error and null.
 // With --check-ids and reportDuplicates, each definition that repeats an id

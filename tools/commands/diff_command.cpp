@@ -1,10 +1,7 @@
 // devdef diff: what changed between two catalogues, by meaning. It takes
 // OLD NEW, or the seven arguments git hands an external diff program
 // (path, old file, old hash, old mode, new file, new hash, new mode).
-#include <unistd.h>
-
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,7 +9,9 @@
 #include "tools/commands/command.h"
 #include "tools/diff/catalogue_diff.h"
 #include "tools/diff/diff_output.h"
-#include "tools/text_encoding.h"
+#include "tools/output/diff_json.h"
+#include "tools/text/terminal_style.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 
@@ -76,9 +75,7 @@ int RunDiff(const DiffArguments& args) {
     PrintDiffStat(stdout, changes, show);
   } else {
     if (gitDriver && !changes.empty()) std::printf("devdef diff %s %s\n", oldName.c_str(), newName.c_str());
-    const char* noColor = std::getenv("NO_COLOR");
-    const bool colour = !args.noColor && (noColor == nullptr || *noColor == '\0') && ::isatty(STDOUT_FILENO) != 0;
-    PrintDiffText(stdout, changes, colour, show);
+    PrintDiffText(stdout, changes, StylesWanted(stdout, args.noColor), show);
   }
   // git takes any status but 0 from an external diff for a failure.
   if (gitDriver) return kExitSuccess;

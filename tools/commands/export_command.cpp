@@ -6,7 +6,7 @@
 #include <string>
 
 #include "tools/commands/command.h"
-#include "tools/file_output.h"
+#include "tools/edit/file_output.h"
 
 namespace {
 

@@ -3,12 +3,12 @@
 #include <memory>
 #include <string>
 
-#include "tools/catalogue_json.h"
 #include "tools/commands/command.h"
-#include "tools/device_lookup.h"
-#include "tools/json_document.h"
-#include "tools/lookup_report.h"
-#include "tools/text_output.h"
+#include "tools/commands/lookup_report.h"
+#include "tools/lookup/device_lookup.h"
+#include "tools/output/catalogue_json.h"
+#include "tools/output/json_document.h"
+#include "tools/output/text_output.h"
 
 using nlohmann::json;
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
-#include "tools/catalogue_json.h"
 #include "tools/commands/command.h"
-#include "tools/json_stream.h"
-#include "tools/text_output.h"
+#include "tools/output/catalogue_json.h"
+#include "tools/output/json_stream.h"
+#include "tools/output/text_output.h"
 
 using nlohmann::json;
 

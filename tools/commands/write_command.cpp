@@ -9,8 +9,8 @@
 
 #include "tools/commands/command.h"
 #include "tools/diagnostics/gcc_output.h"
-#include "tools/file_output.h"
-#include "tools/writing/round_trip.h"
+#include "tools/edit/file_output.h"
+#include "tools/edit/round_trip.h"
 
 namespace {
 

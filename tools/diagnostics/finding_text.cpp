@@ -1,6 +1,6 @@
 #include "tools/diagnostics/finding_text.h"
 
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 std::string FindingMessage(const Finding& finding) {
   std::string message = ShownText(finding.message);

@@ -1,7 +1,7 @@
 #include "tools/diagnostics/gcc_output.h"
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/text_encoding.h"
+#include "tools/text/text_encoding.h"
 
 void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vector<const Finding*>& findings) {
   for (const Finding* finding : findings) {

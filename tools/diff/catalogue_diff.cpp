@@ -8,8 +8,6 @@
 
 #include "tools/diff/list_diff.h"
 
-using nlohmann::json;
-
 namespace {
 
 const char* const kListKeywords[] = {"HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST"};
@@ -18,11 +16,11 @@ std::string Bytes(const CString& text) {
   return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength()));
 }
 
-json Marks(DWORD flags) {
-  json marks = json::array();
-  if (flags & 1) marks.push_back("0xB0");
-  if (flags & 2) marks.push_back("0xDF");
-  return marks;
+DiffValue Marks(DWORD flags) {
+  std::vector<DiffValue> marks;
+  if (flags & 1) marks.push_back(DiffValue::Text("0xB0"));
+  if (flags & 2) marks.push_back(DiffValue::Text("0xDF"));
+  return DiffValue::List(std::move(marks));
 }
 
 struct DeviceRef {
@@ -81,26 +79,28 @@ class Side {
   }
 
   // A number by the name it has in this file's list; "#N" without one.
-  json Named(int list, unsigned number) const {
+  DiffValue Named(int list, unsigned number) const {
     const std::vector<std::string>& names = m_a.ListNames(list);
-    return number < names.size() ? json(names[number]) : json("#" + std::to_string(number));
+    return DiffValue::Text(number < names.size() ? names[number] : "#" + std::to_string(number));
   }
-  json NamedList(int list, const CWordArray& numbers) const {
-    json names = json::array();
+  DiffValue NamedList(int list, const CWordArray& numbers) const {
+    std::vector<DiffValue> names;
     for (int i = 0; i < numbers.GetSize(); ++i) names.push_back(Named(list, numbers[i]));
-    return names;
+    return DiffValue::List(std::move(names));
   }
 
   // Every field of a definition that a change can name, in a fixed order.
-  std::vector<std::pair<std::string, json>> Fields(DEVICE_KVRXDEF_ITEM& def) const {
-    std::vector<std::pair<std::string, json>> fields = {
-        {"generation", static_cast<unsigned>(def.m_KvrType)},
+  std::vector<std::pair<std::string, DiffValue>> Fields(DEVICE_KVRXDEF_ITEM& def) const {
+    std::vector<std::pair<std::string, DiffValue>> fields = {
+        {"generation", DiffValue::Number(def.m_KvrType)},
         {"packages", NamedList(0, def.m_PackageIds)},
         {"module", Named(2, def.m_ModulId)},
         {"adapters", NamedList(1, def.m_AdapterIds)},
     };
-    for (int i = 0; i < 11; ++i) fields.emplace_back("value" + std::to_string(i), static_cast<unsigned>(def.m_DefValues[i]));
-    fields.emplace_back("text", Bytes(def.m_DefLine));
+    for (int i = 0; i < 11; ++i) {
+      fields.emplace_back("value" + std::to_string(i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
+    }
+    fields.emplace_back("text", DiffValue::Text(Bytes(def.m_DefLine)));
     fields.emplace_back("marks", Marks(def.m_MarkFlags));
     return fields;
   }
@@ -110,7 +110,7 @@ class Side {
     std::string signature;
     for (int i : Definitions(device)) {
       signature += std::to_string(device.m_DefArray[i].m_DefID);
-      for (const auto& field : Fields(device.m_DefArray[i])) signature += '\0' + field.second.dump();
+      for (const auto& field : Fields(device.m_DefArray[i])) signature += '\0' + field.second.Literal();
       signature += '\n';
     }
     return signature;
@@ -169,10 +169,11 @@ class Differ {
                                                                                               : DiffChange::Change::kMoved;
         DiffChange& item = Add(change, DiffChange::What::kListEntry, {kListKeywords[list]}, entry.name);
         if (entry.oldIndex >= 0) {
-          item.fields.push_back({"number", {entry.oldIndex, entry.newIndex >= 0 ? json(entry.newIndex) : json(nullptr)}});
+          const DiffValue newNumber = entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None();
+          item.fields.push_back({"number", {DiffValue::Number(entry.oldIndex), newNumber}});
           if (static_cast<size_t>(entry.oldIndex) < oldPlaces.size()) item.oldLine = oldPlaces[static_cast<size_t>(entry.oldIndex)].start.line;
         } else {
-          item.fields.push_back({"number", {nullptr, entry.newIndex}});
+          item.fields.push_back({"number", {DiffValue::None(), DiffValue::Number(entry.newIndex)}});
         }
         if (entry.newIndex >= 0 && static_cast<size_t>(entry.newIndex) < newPlaces.size()) {
           item.newLine = newPlaces[static_cast<size_t>(entry.newIndex)].start.line;
@@ -265,12 +266,12 @@ class Differ {
     std::vector<std::string> path = PathOf(is);
     path.push_back(Bytes(is.device->m_DeviceName));
     // The device's own fields.
-    std::vector<std::pair<std::string, std::pair<json, json>>> fields;
-    const json oldMarks = Marks(was.device->m_DeviceFlags);
-    const json newMarks = Marks(is.device->m_DeviceFlags);
+    std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>> fields;
+    const DiffValue oldMarks = Marks(was.device->m_DeviceFlags);
+    const DiffValue newMarks = Marks(is.device->m_DeviceFlags);
     if (oldMarks != newMarks) fields.push_back({"marks", {oldMarks, newMarks}});
-    const json oldHousings = m_old.NamedList(0, was.device->m_HousingIds);
-    const json newHousings = m_new.NamedList(0, is.device->m_HousingIds);
+    const DiffValue oldHousings = m_old.NamedList(0, was.device->m_HousingIds);
+    const DiffValue newHousings = m_new.NamedList(0, is.device->m_HousingIds);
     if (oldHousings != newHousings) fields.push_back({"housings", {oldHousings, newHousings}});
     if (!fields.empty()) {
       DiffChange& item = Add(DiffChange::Change::kChanged, DiffChange::What::kDevice, PathOf(is), path.back());
@@ -352,7 +353,7 @@ class Differ {
     if (SameDefinition(oldDevice.m_DefArray[oldIndex], newDevice.m_DefArray[newIndex])) return;
     const auto oldFields = m_old.Fields(oldDevice.m_DefArray[oldIndex]);
     const auto newFields = m_new.Fields(newDevice.m_DefArray[newIndex]);
-    std::vector<std::pair<std::string, std::pair<json, json>>> fields;
+    std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>> fields;
     for (size_t f = 0; f < oldFields.size(); ++f) {
       if (oldFields[f].second != newFields[f].second) fields.push_back({oldFields[f].first, {oldFields[f].second, newFields[f].second}});
     }

@@ -5,12 +5,12 @@
 #ifndef DEVDEF_TOOLS_DIFF_CATALOGUE_DIFF_H_
 #define DEVDEF_TOOLS_DIFF_CATALOGUE_DIFF_H_
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tools/analysis/analysis.h"
+#include "tools/diff/diff_value.h"
 
 struct DiffChange {
   enum class Change { kAdded, kRemoved, kChanged, kMoved };
@@ -27,7 +27,7 @@ struct DiffChange {
   DWORD id = 0;
   // For changes: each changed field with its old and new value, names
   // resolved through each file's lists.
-  std::vector<std::pair<std::string, std::pair<nlohmann::json, nlohmann::json>>> fields;
+  std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>> fields;
   std::vector<std::string> from;  // for a move: the old path
   long oldLine = 0;               // 0: not in that file
   long newLine = 0;

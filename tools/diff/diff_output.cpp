@@ -2,37 +2,27 @@
 
 #include <map>
 
-using nlohmann::json;
+#include "tools/text/terminal_style.h"
 
 namespace {
 
-const char* const kGreen = "\033[32m";
-const char* const kRed = "\033[31m";
-const char* const kYellow = "\033[33m";
-const char* const kBold = "\033[1m";
-const char* const kReset = "\033[m";
-
-// A JSON value with every string passed through show.
-json Shown(const json& value, const ShowBytes& show) {
-  if (value.is_string()) return show(value.get<std::string>());
-  if (value.is_array()) {
-    json out = json::array();
-    for (const json& item : value) out.push_back(Shown(item, show));
-    return out;
+// A value for a line of text, its bytes passed through show: names bare,
+// texts quoted, lists joined.
+std::string Text(const DiffValue& value, bool quoted, const ShowBytes& show) {
+  switch (value.type) {
+    case DiffValue::Type::kNone:
+      return "none";
+    case DiffValue::Type::kText:
+      return quoted ? "\"" + show(value.text) + "\"" : show(value.text);
+    case DiffValue::Type::kList: {
+      std::string text;
+      for (const DiffValue& item : value.items) text += (text.empty() ? "" : ", ") + Text(item, false, show);
+      return text.empty() ? "none" : text;
+    }
+    case DiffValue::Type::kNumber:
+      break;
   }
-  return value;
-}
-
-// A value for a line of text: names bare, texts quoted, lists joined.
-std::string Text(const json& value, bool quoted) {
-  if (value.is_null()) return "none";
-  if (value.is_string()) return quoted ? "\"" + value.get<std::string>() + "\"" : value.get<std::string>();
-  if (value.is_array()) {
-    std::string text;
-    for (const json& item : value) text += (text.empty() ? "" : ", ") + Text(item, false);
-    return text.empty() ? "none" : text;
-  }
-  return value.dump();
+  return std::to_string(value.number);
 }
 
 std::string Joined(const std::vector<std::string>& path, const ShowBytes& show) {
@@ -52,8 +42,10 @@ char Sign(DiffChange::Change change) {
   return change == DiffChange::Change::kAdded ? '+' : change == DiffChange::Change::kRemoved ? '-' : '~';
 }
 
-const char* Colour(DiffChange::Change change) {
-  return change == DiffChange::Change::kAdded ? kGreen : change == DiffChange::Change::kRemoved ? kRed : kYellow;
+TerminalStyle StyleOf(DiffChange::Change change) {
+  return change == DiffChange::Change::kAdded     ? TerminalStyle::kGreen
+         : change == DiffChange::Change::kRemoved ? TerminalStyle::kRed
+                                                  : TerminalStyle::kYellow;
 }
 
 // The header a change is listed under: a list, or a device path; none for
@@ -77,11 +69,14 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
     const std::string next = HeaderOf(change, show);
     if (next != header) {
       if (header != "\n") std::fprintf(out, "\n");
-      if (!next.empty()) std::fprintf(out, "%s%s%s\n", colour ? kBold : "", next.c_str(), colour ? kReset : "");
+      if (!next.empty()) {
+        std::fprintf(out, "%s%s%s\n", colour ? StyleStart(TerminalStyle::kBold) : "", next.c_str(),
+                     colour ? kStyleEnd : "");
+      }
       header = next;
     }
-    const char* on = colour ? Colour(change.change) : "";
-    const char* off = colour ? kReset : "";
+    const char* on = colour ? StyleStart(StyleOf(change.change)) : "";
+    const char* off = colour ? kStyleEnd : "";
     std::string what;
     switch (change.what) {
       case DiffChange::What::kListEntry:
@@ -108,10 +103,11 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
     const bool indented = !header.empty();
     if (change.what == DiffChange::What::kListEntry && !change.fields.empty()) {
       // A list entry's number, where it has one on each side.
-      const json& was = change.fields[0].second.first;
-      const json& is = change.fields[0].second.second;
-      what += change.change == DiffChange::Change::kMoved ? ": number " + was.dump() + " -> " + is.dump()
-                                                          : " (number " + (is.is_null() ? was : is).dump() + ")";
+      const DiffValue& was = change.fields[0].second.first;
+      const DiffValue& is = change.fields[0].second.second;
+      what += change.change == DiffChange::Change::kMoved
+                  ? ": number " + was.Literal() + " -> " + is.Literal()
+                  : " (number " + (is.type == DiffValue::Type::kNone ? was : is).Literal() + ")";
     }
     std::string lines = Lines(change);
     if (!lines.empty() && what.back() == ')') {
@@ -123,8 +119,7 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
       if (change.what == DiffChange::What::kListEntry) break;
       const bool quoted = field.first == "text";
       std::fprintf(out, "%s    %s: %s -> %s\n", indented ? "  " : "", field.first.c_str(),
-                   Text(Shown(field.second.first, show), quoted).c_str(),
-                   Text(Shown(field.second.second, show), quoted).c_str());
+                   Text(field.second.first, quoted, show).c_str(), Text(field.second.second, quoted, show).c_str());
     }
   }
 }
@@ -152,33 +147,4 @@ void PrintDiffStat(std::FILE* out, const std::vector<DiffChange>& changes, const
   for (const auto& kind : perKind) {
     std::fprintf(out, " %s: %zu change%s\n", show(kind.first).c_str(), kind.second, kind.second == 1 ? "" : "s");
   }
-}
-
-json DiffJson(const std::string& oldName, int oldLayout, const std::string& newName, int newLayout,
-              const std::vector<DiffChange>& changes, const ShowBytes& show) {
-  json list = json::array();
-  for (const DiffChange& change : changes) {
-    json item = {{"change", ChangeName(change.change)}, {"what", WhatName(change.what)},
-                 {"path", Shown(change.path, show)}};
-    if (!change.name.empty()) item["name"] = show(change.name);
-    if (change.hasId) item["id"] = change.id;
-    if (!change.fields.empty()) {
-      json fields = json::object();
-      for (const auto& field : change.fields) {
-        fields[field.first] = json::array({Shown(field.second.first, show), Shown(field.second.second, show)});
-      }
-      item["fields"] = std::move(fields);
-    }
-    if (change.change == DiffChange::Change::kMoved && change.what == DiffChange::What::kDevice) {
-      item["from"] = Shown(change.from, show);
-      item["to"] = Shown(change.path, show);
-    }
-    item["old_line"] = change.oldLine > 0 ? json(change.oldLine) : json(nullptr);
-    item["new_line"] = change.newLine > 0 ? json(change.newLine) : json(nullptr);
-    list.push_back(std::move(item));
-  }
-  return json{{"schema", 1},
-              {"old", {{"file", show(oldName)}, {"layout", oldLayout}}},
-              {"new", {{"file", show(newName)}, {"layout", newLayout}}},
-              {"changes", std::move(list)}};
 }

@@ -1,12 +1,11 @@
-// The changes between two catalogues for people (text with +, - and ~
-// lines under a header per device path or list, coloured on a terminal),
-// as counts (--stat), and as one JSON document.
+// The changes between two catalogues for people: text with +, - and ~
+// lines under a header per device path or list, coloured on a terminal,
+// and counts (--stat). The JSON form is tools/output/diff_json.h.
 #ifndef DEVDEF_TOOLS_DIFF_DIFF_OUTPUT_H_
 #define DEVDEF_TOOLS_DIFF_DIFF_OUTPUT_H_
 
 #include <cstdio>
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -20,9 +19,5 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
 
 // Counts per kind of change and thing, and the changes per kind of device.
 void PrintDiffStat(std::FILE* out, const std::vector<DiffChange>& changes, const ShowBytes& show);
-
-// {"schema": 1, "old": {"file", "layout"}, "new": {...}, "changes": [...]}.
-nlohmann::json DiffJson(const std::string& oldName, int oldLayout, const std::string& newName, int newLayout,
-                        const std::vector<DiffChange>& changes, const ShowBytes& show);
 
 #endif  // DEVDEF_TOOLS_DIFF_DIFF_OUTPUT_H_

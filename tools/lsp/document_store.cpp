@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "tools/lsp/json_rpc.h"
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/protocol/json_rpc.h"
+#include "tools/lsp/protocol/text_positions.h"
 
 using nlohmann::json;
 

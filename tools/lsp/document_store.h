@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "tools/analysis/analysis.h"
-#include "tools/lsp/buffer_encoding.h"
 #include "tools/lsp/document_index.h"
 #include "tools/lsp/server_settings.h"
+#include "tools/text/buffer_encoding.h"
 
 struct Document {
   std::string uri;

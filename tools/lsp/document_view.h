@@ -10,7 +10,7 @@
 #include "tools/analysis/analysis.h"
 #include "tools/analysis/read_replay.h"
 #include "tools/lsp/document_index.h"
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/protocol/text_positions.h"
 
 struct DocumentView {
   const std::string& uri;

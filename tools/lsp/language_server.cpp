@@ -4,14 +4,14 @@
 #include <initializer_list>
 #include <utility>
 
-#include "tools/lsp/diagnostics.h"
-#include "tools/lsp/document_symbols.h"
-#include "tools/lsp/folding_ranges.h"
-#include "tools/lsp/goto_definition.h"
-#include "tools/lsp/hover.h"
-#include "tools/lsp/message_parsing.h"
-#include "tools/lsp/references.h"
-#include "tools/lsp/text_positions.h"
+#include "tools/lsp/features/diagnostics.h"
+#include "tools/lsp/features/document_symbols.h"
+#include "tools/lsp/features/folding_ranges.h"
+#include "tools/lsp/features/goto_definition.h"
+#include "tools/lsp/features/hover.h"
+#include "tools/lsp/features/references.h"
+#include "tools/lsp/protocol/message_parsing.h"
+#include "tools/lsp/protocol/text_positions.h"
 
 using nlohmann::json;
 

@@ -12,7 +12,7 @@
 
 #include "tools/lsp/document_store.h"
 #include "tools/lsp/document_view.h"
-#include "tools/lsp/json_rpc.h"
+#include "tools/lsp/protocol/json_rpc.h"
 #include "tools/lsp/server_settings.h"
 
 class LanguageServer {

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "tools/lsp/language_server.h"
-#include "tools/lsp/message_framing.h"
-#include "tools/lsp/message_parsing.h"
+#include "tools/lsp/protocol/message_framing.h"
+#include "tools/lsp/protocol/message_parsing.h"
 
 using nlohmann::json;
 

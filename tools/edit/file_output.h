@@ -1,0 +1,38 @@
+// Writing the tool's output files so that an existing file is never left
+// half-written: the bytes go to a temporary file in the target's directory,
+// which is renamed into place only when the library reported success.
+#ifndef DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
+#define DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
+
+#include <functional>
+#include <string>
+
+#include "devdef/devdef.h"
+
+enum class DefOutput { kWrite, kConvert };
+
+enum class WriteOutcome {
+  kWritten,  // the file is in place
+  kRefused,  // verify refused the written bytes: nothing was written
+  kFailed,   // a failure, reported on standard error: nothing was written
+};
+
+// Writes ctrl's catalogue (or its conversion) to outPath ("-": standard
+// output). The bytes go to a temporary file first; verify, when given, is
+// called with its path and may refuse it. Only then is the file renamed
+// into place (or, for standard output, a device or a pipe, copied there).
+WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath,
+                                 const std::function<bool(const std::string& writtenPath)>& verify);
+
+// A new directory inside dir for a controller's device list export (its
+// path prefix), so that nothing half-written ever stands in dir; empty, with
+// a message, on failure. The caller removes it.
+std::string MakeExportDirectory(const std::string& dir);
+
+// Writes the device list of ctrl, whose path prefix is exportDir + "/", and
+// moves it into dir as "k4devicelist.txt" when every row is there. On
+// failure a message is on standard error, nothing is left behind, and the
+// result is false.
+bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, const std::string& dir);
+
+#endif  // DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_

@@ -1,0 +1,234 @@
+#include "tools/edit/round_trip.h"
+
+#include <cstring>
+#include <deque>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace {
+
+std::string Bytes(const CString& text) { return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength())); }
+
+std::string Quoted(const CString& text) { return "'" + Bytes(text) + "'"; }
+
+// The names of a header list, taken before another read empties the lists.
+std::vector<std::string> ListSnapshot(const CStringArray& list) {
+  std::vector<std::string> names;
+  names.reserve(static_cast<size_t>(list.GetSize()));
+  for (int i = 0; i < list.GetSize(); ++i) names.push_back(Bytes(list[i]));
+  return names;
+}
+
+std::string Numbers(const CWordArray& numbers) {
+  std::string text;
+  for (int i = 0; i < numbers.GetSize(); ++i) text += (i > 0 ? "," : "") + std::to_string(numbers[i]);
+  return text.empty() ? "none" : text;
+}
+
+std::string Path(const CString& kind, const CString& manuf, const CString& device) {
+  return Bytes(kind) + '\0' + Bytes(manuf) + '\0' + Bytes(device);
+}
+
+// The first field in which two definitions differ, as "what: old -> new",
+// or empty when the written one reads back whole.
+std::string DefinitionDifference(DEVICE_KVRXDEF_ITEM& was, DEVICE_KVRXDEF_ITEM& is) {
+  if (was.m_DefID != is.m_DefID) return "id " + std::to_string(was.m_DefID) + " reads back as " + std::to_string(is.m_DefID);
+  if (was.m_KvrType != is.m_KvrType) {
+    return "generation " + std::to_string(was.m_KvrType) + " reads back as " + std::to_string(is.m_KvrType);
+  }
+  if (was.m_MarkFlags != is.m_MarkFlags) return "its mark does not read back";
+  if (Numbers(was.m_PackageIds) != Numbers(is.m_PackageIds)) {
+    return "packages " + Numbers(was.m_PackageIds) + " read back as " + Numbers(is.m_PackageIds);
+  }
+  if (was.m_ModulId != is.m_ModulId) {
+    return "module " + std::to_string(was.m_ModulId) + " reads back as " + std::to_string(is.m_ModulId);
+  }
+  if (Numbers(was.m_AdapterIds) != Numbers(is.m_AdapterIds)) {
+    return "adapters " + Numbers(was.m_AdapterIds) + " read back as " + Numbers(is.m_AdapterIds);
+  }
+  for (int i = 0; i < 11; ++i) {
+    if (was.m_DefValues[i] != is.m_DefValues[i]) {
+      return "value " + std::to_string(i) + " (" + std::to_string(was.m_DefValues[i]) + ") reads back as " +
+             std::to_string(is.m_DefValues[i]);
+    }
+  }
+  // The writer puts a blank in front of every text.
+  if (" " + Bytes(was.m_DefLine) != Bytes(is.m_DefLine)) return "its text does not read back whole";
+  return std::string();
+}
+
+class RoundTrip {
+ public:
+  RoundTrip(Analysis& input, Severity severity) : m_input(input), m_severity(severity) {
+    for (const Finding& finding : input.Findings()) {
+      const std::string id = finding.kind->id;
+      if (id == "name" || id == "layout7-writer" || id == "ignored-keyword") {
+        m_reasons.emplace(finding.range.start.line, finding.message);
+      }
+      // What the writer of the layout does to every file: the reason for a
+      // loss that has none of its own.
+      if (m_general.empty() && (id == "layout2-writer" || (id == "layout7-writer" &&
+                                                           finding.message.find("in braces") != std::string::npos))) {
+        m_general = finding.message;
+      }
+    }
+  }
+
+  std::vector<Finding> Compare(Analysis& back, const std::vector<std::string> (&lists)[3]) {
+    CompareLists(lists);
+    IndexReadBack(back.Controller());
+    CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = m_input.Controller().getDeviceList();
+    for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
+      const POSITION kindPos = k;
+      TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
+      if (m_kinds.count(Bytes(kind.m_Name)) == 0) {
+        Loss(m_input.KindPlace(kindPos), "kind " + Quoted(kind.m_Name) + " and all under it do not read back");
+        continue;
+      }
+      if (kind.m_pManufList == nullptr) continue;
+      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+        const POSITION manufPos = m;
+        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
+        if (m_manufacturers.count(Bytes(kind.m_Name) + '\0' + Bytes(manuf.m_Name)) == 0) {
+          Loss(m_input.ManufacturerPlace(manufPos),
+               "manufacturer " + Quoted(manuf.m_Name) + " and its devices do not read back under the kind " +
+                   Quoted(kind.m_Name));
+          continue;
+        }
+        if (manuf.m_pDeviceList == nullptr) continue;
+        for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
+          CompareDevice(kind, manuf, manuf.m_pDeviceList->GetNext(d));
+        }
+      }
+    }
+    return std::move(m_losses);
+  }
+
+ private:
+  void CompareLists(const std::vector<std::string> (&lists)[3]) {
+    static const char* const kKeywords[] = {"HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST"};
+    const CStringArray* back[] = {&DEVICE_ITEM::m_PackageList, &DEVICE_ITEM::m_AdapterList, &DEVICE_ITEM::m_ModulList};
+    for (int list = 0; list < 3; ++list) {
+      const std::vector<std::string>& was = lists[list];
+      const CStringArray& is = *back[list];
+      size_t same = 0;
+      while (same < was.size() && same < static_cast<size_t>(is.GetSize()) && was[same] == Bytes(is[static_cast<int>(same)])) {
+        ++same;
+      }
+      if (same == was.size() && was.size() == static_cast<size_t>(is.GetSize())) continue;
+      const std::vector<TextRange>& places = m_input.ListPlace(list).entries;
+      const TextRange* place = same < places.size() ? &places[same] : places.empty() ? nullptr : &places.back();
+      const std::string keyword = kKeywords[list];
+      if (is.GetSize() == 0) {
+        Loss(place, keyword + " does not read back: its " + std::to_string(was.size()) + " entries are lost");
+      } else if (same == static_cast<size_t>(is.GetSize())) {
+        Loss(place, keyword + " reads back without its entries from '" + was[same] + "' on");
+      } else {
+        Loss(place, keyword + " reads back with " + std::to_string(is.GetSize()) + " entries where it has " +
+                        std::to_string(was.size()) + "; from entry " + std::to_string(same) +
+                        (same < was.size() ? " '" + was[same] + "'" : std::string()) +
+                        " on, its numbers name other entries");
+      }
+    }
+  }
+
+  void IndexReadBack(KCDeviceDefCtrl& back) {
+    CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = back.getDeviceList();
+    for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
+      TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
+      m_kinds.insert(Bytes(kind.m_Name));
+      if (kind.m_pManufList == nullptr) continue;
+      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
+        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
+        m_manufacturers.insert(Bytes(kind.m_Name) + '\0' + Bytes(manuf.m_Name));
+        if (manuf.m_pDeviceList == nullptr) continue;
+        for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
+          DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
+          m_devices[Path(kind.m_Name, manuf.m_Name, device.m_DeviceName)].push_back(&device);
+        }
+      }
+    }
+  }
+
+  void CompareDevice(TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
+    const DevicePlace* place = m_input.PlaceOf(device);
+    const TextRange* name = place != nullptr ? &place->name : nullptr;
+    std::deque<DEVICE_ITEM*>& candidates = m_devices[Path(kind.m_Name, manuf.m_Name, device.m_DeviceName)];
+    if (candidates.empty()) {
+      Loss(name, "device " + Quoted(device.m_DeviceName) + " does not read back");
+      return;
+    }
+    DEVICE_ITEM& back = *candidates.front();
+    candidates.pop_front();
+    if (device.m_DeviceFlags != back.m_DeviceFlags) Loss(name, "the mark of the device " + Quoted(device.m_DeviceName) + " does not read back");
+    if (Numbers(device.m_HousingIds) != Numbers(back.m_HousingIds)) {
+      Loss(name, "the housings " + Numbers(device.m_HousingIds) + " of the device " + Quoted(device.m_DeviceName) +
+                     " read back as " + Numbers(back.m_HousingIds));
+    }
+    const int count = device.m_DefArray.GetSize();
+    for (int i = 0; i < count; ++i) {
+      const TextRange* at = m_input.DefinitionPlace(device, i);
+      DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[i];
+      const std::string what = "definition " + std::to_string(def.m_DefID) + " of " + Quoted(device.m_DeviceName);
+      if (i >= back.m_DefArray.GetSize()) {
+        Loss(at, what + " does not read back");
+        continue;
+      }
+      const std::string difference = DefinitionDifference(def, back.m_DefArray[i]);
+      if (!difference.empty()) Loss(at, what + ": " + difference);
+    }
+    if (back.m_DefArray.GetSize() > count) {
+      Loss(name, "the device " + Quoted(device.m_DeviceName) + " reads back with " +
+                     std::to_string(back.m_DefArray.GetSize() - count) + " more definitions");
+    }
+  }
+
+  void Loss(const TextRange* place, std::string message) {
+    Finding finding;
+    finding.kind = FindFindingKind("write-loss");
+    finding.severity = m_severity;
+    if (place != nullptr) {
+      finding.range = *place;
+      auto reason = m_reasons.find(place->start.line);
+      if (reason != m_reasons.end()) {
+        message += " (" + reason->second + ")";
+      } else if (!m_general.empty()) {
+        message += " (" + m_general + ")";
+      }
+    } else {
+      finding.range = m_input.Map().RangeOf(0, 0);
+    }
+    finding.message = std::move(message);
+    m_losses.push_back(std::move(finding));
+  }
+
+  Analysis& m_input;
+  Severity m_severity;
+  std::unordered_multimap<long, std::string> m_reasons;
+  std::string m_general;
+  std::unordered_set<std::string> m_kinds;
+  std::unordered_set<std::string> m_manufacturers;
+  std::unordered_map<std::string, std::deque<DEVICE_ITEM*>> m_devices;
+  std::vector<Finding> m_losses;
+};
+
+}  // namespace
+
+std::vector<Finding> RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity) {
+  const std::vector<std::string> lists[3] = {ListSnapshot(DEVICE_ITEM::m_PackageList),
+                                             ListSnapshot(DEVICE_ITEM::m_AdapterList),
+                                             ListSnapshot(DEVICE_ITEM::m_ModulList)};
+  AnalysisOptions options;
+  options.layout = layout;
+  std::unique_ptr<Analysis> back = Analysis::ReadFile(writtenPath, options);
+  RoundTrip trip(input, severity);
+  if (!back->Read()) {
+    Finding finding;
+    finding.kind = FindFindingKind("write-loss");
+    finding.severity = severity;
+    finding.range = input.Map().RangeOf(0, 0);
+    finding.message = "the written file does not read back: " + back->Error();
+    return {finding};
+  }
+  return trip.Compare(*back, lists);
+}

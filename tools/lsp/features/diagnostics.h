@@ -1,0 +1,21 @@
+// The findings of a document's analysis as the protocol's diagnostics: each
+// with its range, severity, kind (as code), source "devdef", message and
+// related places. The notification is written straight into its text, as a
+// large file has many thousands of findings.
+#ifndef DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
+#define DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
+
+#include <cstdint>
+#include <string>
+
+#include "tools/analysis/analysis.h"
+#include "tools/text/buffer_encoding.h"
+
+// The body of the textDocument/publishDiagnostics notification for the
+// document uri at version, analysed as analysis from bytes in encoding. A
+// document that is no definition file gets one diagnostic that says why; a
+// null analysis (a closed document) none.
+std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
+                                   BufferEncoding encoding);
+
+#endif  // DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_

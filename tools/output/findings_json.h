@@ -1,0 +1,23 @@
+// Findings, and the kinds of finding, as the JSON documents of
+// "devdef check --json".
+#ifndef DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
+#define DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tools/analysis/finding.h"
+
+// The document frame (tools/output/json_document.h) with "findings": [{"line",
+// "column", "end_line", "end_column", "severity", "kind", "message", "count",
+// "related": [{"line", "column", "end_line", "end_column", "message",
+// "cause"}]}] and "summary": {"errors", "warnings", "notes"}; messages
+// decoded with the run's encoding, without the count.
+nlohmann::json FindingsJson(nlohmann::json frame, const std::vector<const Finding*>& findings);
+
+// {"schema", "kinds": [{"id", "severity", "help"}]}, every kind in its fixed
+// order.
+nlohmann::json FindingKindsJson();
+
+#endif  // DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_

@@ -1,0 +1,23 @@
+// Findings as a SARIF 2.1.0 log, the form code-scanning services take.
+#ifndef DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
+#define DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tools/analysis/finding.h"
+
+// A log of one run of devdef over file: the tool with one rule per kind of
+// finding, the file as the run's one artifact, and one result per finding
+// (each with its kind) with its region and related places. Columns count
+// bytes, which are the characters of the single-byte file; end columns are
+// exclusive.
+nlohmann::json SarifLog(const std::string& file, const std::vector<const Finding*>& findings);
+
+// A file path as a URI reference: a relative path stays relative, an
+// absolute one becomes a file: URI; every byte but letters, digits,
+// "-._~/!$&'()*+,;=@" is percent-encoded.
+std::string PathToUri(const std::string& path);
+
+#endif  // DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
