@@ -140,7 +140,7 @@ void BM_LspDiagnosticsBody(benchmark::State& state) {
   const BufferEncoding encoding = EncodeBuffer(bytes);
   const std::unique_ptr<Analysis> analysis = Analysis::ReadText("devices.def", bytes, AnalysisOptions());
   for (auto _ : state) benchmark::DoNotOptimize(PublishDiagnosticsBody(kUri, 2, analysis.get(), encoding));
-  state.counters["findings"] = static_cast<double>(analysis->Findings().size());
+  state.counters["findings"] = static_cast<double>(analysis->FindingsOf().List().size());
 }
 BENCHMARK(BM_LspDiagnosticsBody)->Unit(benchmark::kMillisecond)->UseRealTime();
 

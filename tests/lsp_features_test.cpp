@@ -54,9 +54,10 @@ std::vector<std::string> Diagnostics(const json& published) {
 std::vector<std::string> Findings(const char* example) {
   std::unique_ptr<Analysis> analysis = Analysis::ReadFile(std::string(DEVDEF_EXAMPLES_DIR) + "/" + example, {});
   std::vector<std::string> out;
-  for (const Finding& f : analysis->Findings()) {
-    out.push_back(std::to_string(f.range.start.line - 1) + ":" + std::to_string(f.range.start.column - 1) + " " +
-                  std::to_string(static_cast<int>(f.severity) + 1) + " " + f.kind->id);
+  for (const Finding& f : analysis->FindingsOf().List()) {
+    const TextPoint at = analysis->Map().PointOf(f.span.begin);
+    out.push_back(std::to_string(at.line - 1) + ":" + std::to_string(at.column - 1) + " " +
+                  std::to_string(static_cast<int>(f.severity) + 1) + " " + InfoOf(f.kind).id);
   }
   return out;
 }

@@ -1,18 +1,22 @@
-// The position-aware read of a definition file that every command of the
-// tool shares: the library's own controller reads the file, watched through
-// its virtual readers, and every construct it made is given its exact place
-// in the file; the findings say where the reading differs from what the file
-// looks like and what a write will not keep.
+// The read of a definition file that every part of the tool shares: the
+// library's own controller reads the file, and the reader reports each of
+// its steps (devdef/reader/read_observer.h) to the analysis, which keeps
+// them as flat records in file order with their bytes, and says where the
+// reading differs from how the file looks and what a write will not keep.
+// One parse: no part of the tool reads the file's grammar again.
 #ifndef DEVDEF_TOOLS_ANALYSIS_ANALYSIS_H_
 #define DEVDEF_TOOLS_ANALYSIS_ANALYSIS_H_
 
+#include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "devdef/devdef.h"
 #include "tools/analysis/finding.h"
+#include "tools/analysis/read_recorder.h"
+#include "tools/analysis/records.h"
 #include "tools/analysis/source_map.h"
 
 struct AnalysisOptions {
@@ -22,19 +26,7 @@ struct AnalysisOptions {
   std::string pathPrefix;  // the controller's path prefix: where its device list export goes
 };
 
-// Where a device stands: its name on its line, its block from "{" to "}"
-// (or to where the block ended), and each definition read into it, in the
-// order of its m_DefArray.
-struct DevicePlace {
-  TextRange name;
-  TextRange block;
-  std::vector<TextRange> definitions;
-};
-
-// Where the entries of one header list stand, in the order of the list.
-struct ListPlaces {
-  std::vector<TextRange> entries;
-};
+class AnalysisCtrl;
 
 class Analysis {
  public:
@@ -43,11 +35,9 @@ class Analysis {
   // process-wide name lists are emptied first and hold this file's lists
   // while the analysis lives, so only one analysis is alive at a time.
   static std::unique_ptr<Analysis> ReadFile(const std::string& path, const AnalysisOptions& options);
-
   // The same for text that is no file of its own (standard input, an
   // editor's buffer), shown under name.
-  static std::unique_ptr<Analysis> ReadText(const std::string& name, std::string bytes,
-                                            const AnalysisOptions& options);
+  static std::unique_ptr<Analysis> ReadText(const std::string& name, std::string bytes, const AnalysisOptions& options);
 
   ~Analysis();
   Analysis(const Analysis&) = delete;
@@ -57,62 +47,89 @@ class Analysis {
   bool Read() const { return m_read; }
   // True when the file was read and is a definition file: it has a version
   // line that the reader took. What the commands work on.
-  bool Usable() const { return m_read && m_hasVersion; }
-  // Why the file is not usable, in one line (what was expected and what was
-  // found); empty when it is.
+  bool Usable() const { return m_read && m_records.versionTaken; }
+  // Why the file is not usable, in one line; empty when it is.
   const std::string& Error() const { return m_error; }
   // The layout the file was read as: the option, else the version line's;
   // -1 when the file names none.
   int Layout() const { return m_layout; }
   const std::string& Path() const { return m_path; }
-  const std::string& Bytes() const { return m_bytes; }
-  const SourceMap& Map() const { return m_map; }
-  KCDeviceDefCtrl& Controller() { return *m_ctrl; }
+  std::string_view Bytes() const;
+  // Offsets as lines and columns; made on first use.
+  const SourceMap& Map() const;
+  KCDeviceDefCtrl& Controller();
 
-  // Places of what the read made; null for what it did not make.
-  const TextRange* VersionPlace() const { return m_hasVersion ? &m_version : nullptr; }
-  const TextRange* KindPlace(POSITION kind) const;
-  const TextRange* ManufacturerPlace(POSITION manufacturer) const;
-  const DevicePlace* PlaceOf(const DEVICE_ITEM& device) const;
-  // The place of the definition at index of the device's m_DefArray.
-  const TextRange* DefinitionPlace(const DEVICE_ITEM& device, int index) const;
-  // 0: HOUSING_LIST, 1: ADAPTER_LIST, 2: MODUL_LIST.
-  const ListPlaces& ListPlace(int list) const { return m_lists[list]; }
+  // The records, in the order the reader met them, which is also the
+  // catalogue's walk order.
+  const ByteSpan* VersionPlace() const { return Usable() ? &m_records.version : nullptr; }
+  const std::vector<KindRecord>& Kinds() const { return m_records.kinds; }
+  const std::vector<ManufacturerRecord>& Manufacturers() const { return m_records.manufacturers; }
+  const std::vector<DeviceRecord>& Devices() const { return m_records.devices; }
+  const std::vector<DefinitionRecord>& Definitions() const { return m_records.definitions; }
+  // The places of the entries of a header list (0: HOUSING_LIST, 1:
+  // ADAPTER_LIST, 2: MODUL_LIST), in the order of the list.
+  const std::vector<ByteSpan>& ListEntries(int list) const { return m_records.listEntries[list]; }
   // The names of a header list as this file gave them, kept apart from the
   // process-wide lists, which the next analysis empties: a number of a
   // definition is an index into them.
   const std::vector<std::string>& ListNames(int list) const { return m_listNames[list]; }
 
-  // False when the replay of the read lost its step somewhere: places and
-  // findings may then be off. True for every file known.
-  bool Exact() const { return m_exact; }
+  // The definition of a record as the catalogue holds it, and its index in
+  // its device's m_DefArray.
+  DEVICE_KVRXDEF_ITEM& DefinitionOf(std::uint32_t definition) const;
+  int IndexInDevice(std::uint32_t definition) const {
+    return static_cast<int>(definition - m_records.devices[m_records.definitions[definition].device].firstDefinition);
+  }
+  // The record of a device of the catalogue, or kNoRecord; a walk over the
+  // records.
+  std::uint32_t DeviceRecordOf(const DEVICE_ITEM* device) const;
 
-  // Every finding, in the order of the file; identical findings of one place
-  // merged.
-  const std::vector<Finding>& Findings() const { return m_findings; }
+  // The number fields of a definition line as the reader reads them: its
+  // line reader runs again on the line, watched.
+  std::vector<FieldRecord> Fields(std::uint32_t definition);
+  // The word that a definition's id stands in.
+  ByteSpan IdWord(std::uint32_t definition) const;
+
+  // Every finding, in the order of the file; identical findings of one
+  // place merged.
+  const Findings& FindingsOf() const { return m_records.findings; }
+  // What a finding says (the file's bytes, as they are), with the line of
+  // its cause for a consequence of a failed line; what a related place or
+  // message form says. A message of its own (MessageForm::kText) is one of the
+  // texts of owner, the findings the finding belongs to: this analysis's,
+  // or findings about this file made elsewhere (those of a write).
+  std::string MessageOf(const Finding& finding, const Findings& owner) const;
+  std::string MessageOf(const MessageArgs& says, const Findings& owner) const;
+  std::string MessageOf(const Finding& finding) const { return MessageOf(finding, m_records.findings); }
 
  private:
   Analysis();
-  friend class AnalysisBuilder;
-  // Reads m_bytes, which the library reads from libraryPath.
+  // Reads the file at libraryPath with the controller of layout.
+  void ReadWith(const std::string& libraryPath, const AnalysisOptions& options, int layout);
   void ReadThrough(const std::string& libraryPath, const AnalysisOptions& options);
+  // Findings about what the read made rather than how it read: duplicate
+  // ids, numbers without names, names with blanks and what a write of the
+  // layout does not keep (catalogue_checks.cpp).
+  void CheckCatalogue();
+  void CheckDefinitions();
+  std::string Text(ByteSpan span) const;
+  // The word at begin, as it looks: up to a blank, tab or ":" (or "," in a
+  // list) or the end of the line.
+  ByteSpan WordFrom(std::uint32_t begin, std::uint32_t lineEnd, bool list) const;
+  long LineOf(std::uint32_t offset) const;
+  std::string BraceProblemText(std::uint32_t problem, std::uint32_t stop) const;
 
   std::string m_path;
-  std::string m_bytes;
-  SourceMap m_map;
-  std::unique_ptr<KCDeviceDefCtrl> m_ctrl;
+  std::string m_text;  // the bytes of ReadText, which the library reads from a file of their own
+  std::unique_ptr<AnalysisCtrl> m_ctrl;
   bool m_read = false;
-  bool m_exact = true;
   std::string m_error;
   int m_layout = -1;
-  bool m_hasVersion = false;
-  TextRange m_version;
-  std::unordered_map<const void*, TextRange> m_kinds;
-  std::unordered_map<const void*, TextRange> m_manufacturers;
-  std::unordered_map<const DEVICE_ITEM*, DevicePlace> m_devices;
-  ListPlaces m_lists[3];
+  ReadRecords m_records;
+  mutable std::unique_ptr<SourceMap> m_map;
   std::vector<std::string> m_listNames[3];
-  std::vector<Finding> m_findings;
+  // A device outside the catalogue that Fields reads lines into.
+  CList<DEVICE_ITEM, DEVICE_ITEM&> m_scratch{1};
 };
 
 #endif  // DEVDEF_TOOLS_ANALYSIS_ANALYSIS_H_

@@ -1,69 +1,108 @@
-#include "tools/analysis/catalogue_checks.h"
-
+// Findings about what the read made rather than how it read: a file without
+// a version line, names with blanks, duplicate ids, numbers without a name,
+// and what a write of the layout does not keep.
 #include <algorithm>
-#include <string>
+#include <utility>
 
-#include "tools/analysis/definition_fields.h"
+#include "tools/analysis/analysis.h"
 
 namespace {
 
-void Add(std::vector<RawFinding>& out, const char* kind, ByteSpan span, std::string message) {
-  out.push_back(RawFinding{kind, span, std::move(message), {}});
+MessageArgs Says(MessageForm form, std::uint32_t a = 0, std::uint32_t b = 0) {
+  MessageArgs says;
+  says.form = form;
+  says.a = a;
+  says.b = b;
+  return says;
 }
 
-std::string LineOf(const SourceMap& map, ByteSpan span) { return std::to_string(map.PointOf(span.begin).line); }
+// The word of the field of this kind and index, or the whole line when the
+// reader gave no such field. A line gives its fields in the order of kind
+// and index, so a line of many numbers costs one search per number.
+ByteSpan FieldSpan(const std::vector<FieldRecord>& fields, int field, int index, ByteSpan line) {
+  const auto found = std::lower_bound(fields.begin(), fields.end(), std::make_pair(field, index),
+                                      [](const FieldRecord& record, const std::pair<int, int>& key) {
+                                        return record.field != key.first ? record.field < key.first
+                                                                         : record.index < key.second;
+                                      });
+  return found != fields.end() && found->field == field && found->index == index ? found->word : line;
+}
 
 }  // namespace
 
-void CheckNames(const std::vector<NamePlace>& names, std::vector<RawFinding>& out) {
-  for (const NamePlace& place : names) {
-    if (place.name->Find(' ') < 0) continue;
-    Add(out, "name", place.span,
-        std::string(place.what) + " name '" + static_cast<LPCTSTR>(*place.name) +
-            "' holds a blank, which the writer keeps: the name will not read back whole");
+void Analysis::CheckCatalogue() {
+  Findings& findings = m_records.findings;
+  if (!m_records.versionTaken) {
+    const LineLooks looks(Bytes(), m_layout);
+    findings.Add(FindingKind::kNoVersion, ByteSpan{0, looks.LineEnd(0)}, Says(MessageForm::kNoVersion));
   }
+  if (m_layout == 2 && m_records.versionTaken) {
+    findings.Add(FindingKind::kLayout2Writer, m_records.version, Says(MessageForm::kLayout2Writer));
+  }
+  if (m_layout == 7) {
+    for (const DeviceRecord& device : m_records.devices) {
+      if (device.device->m_DeviceFlags != 0) {
+        findings.Add(FindingKind::kLayout7Writer, device.name, Says(MessageForm::kDeviceMarkNotWritten));
+      }
+    }
+  }
+  // Names with a blank: kinds each with their manufacturers, then devices.
+  for (std::uint32_t k = 0; k < m_records.kinds.size(); ++k) {
+    const KindRecord& kind = m_records.kinds[k];
+    if (kind.kind->m_Name.Find(' ') >= 0) findings.Add(FindingKind::kName, kind.name, Says(MessageForm::kNameWithBlank, 0, k));
+    for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+      const ManufacturerRecord& manufacturer = m_records.manufacturers[m];
+      if (manufacturer.manufacturer->m_Name.Find(' ') >= 0) {
+        findings.Add(FindingKind::kName, manufacturer.name, Says(MessageForm::kNameWithBlank, 1, m));
+      }
+    }
+  }
+  for (std::uint32_t d = 0; d < m_records.devices.size(); ++d) {
+    const DeviceRecord& device = m_records.devices[d];
+    if (device.device->m_DeviceName.Find(' ') >= 0) {
+      findings.Add(FindingKind::kName, device.name, Says(MessageForm::kNameWithBlank, 2, d));
+    }
+  }
+  CheckDefinitions();
 }
 
-void CheckDefinitions(const std::string& bytes, const std::vector<DefinitionSpan>& order, int layout,
-                      const SourceMap& map, std::vector<RawFinding>& out) {
-  // A number is pointed at where it stands, when its field is found with the
-  // number the reader stored; else the whole line is. The line is split only
-  // for a definition that has something to say.
-  std::vector<DefinitionField> fields;
-  const DefinitionSpan* split = nullptr;
-  auto numberSpan = [&](const DefinitionSpan& at, DefinitionField::Kind kind, int index, unsigned long value,
-                        unsigned long mask) {
-    if (split != &at) {
-      fields = SplitDefinitionFields(bytes, at.span, layout);
-      split = &at;
+void Analysis::CheckDefinitions() {
+  Findings& findings = m_records.findings;
+  const std::vector<DefinitionRecord>& definitions = m_records.definitions;
+  // The fields of one definition at a time, read again only for a
+  // definition that has something to say.
+  std::uint32_t fieldsOf = kNoRecord;
+  std::vector<FieldRecord> fields;
+  auto fieldSpan = [&](std::uint32_t definition, int field, int index) {
+    if (fieldsOf != definition) {
+      fields = Fields(definition);
+      fieldsOf = definition;
     }
-    const DefinitionField* field = FindField(fields, bytes, kind, index, value, mask);
-    return field != nullptr ? field->span : at.span;
+    return FieldSpan(fields, field, index, definitions[definition].line);
   };
-  auto defOf = [](const DefinitionSpan& at) -> DEVICE_KVRXDEF_ITEM& { return at.device->m_DefArray[at.index]; };
 
   // Ids used more than once: the definitions sorted by id, in file order
   // within an id.
-  std::vector<std::pair<DWORD, size_t>> ids;
-  ids.reserve(order.size());
-  for (size_t i = 0; i < order.size(); ++i) ids.emplace_back(defOf(order[i]).m_DefID, i);
+  std::vector<std::pair<DWORD, std::uint32_t>> ids;
+  ids.reserve(definitions.size());
+  for (std::uint32_t i = 0; i < definitions.size(); ++i) ids.emplace_back(DefinitionOf(i).m_DefID, i);
   std::sort(ids.begin(), ids.end());
   for (size_t run = 0; run < ids.size();) {
     size_t end = run + 1;
     while (end < ids.size() && ids[end].first == ids[run].first) ++end;
     if (end - run > 1) {
-      const std::string id = std::to_string(ids[run].first);
-      const DefinitionSpan& first = order[ids[run].second];
-      const ByteSpan firstSpan = numberSpan(first, DefinitionField::kId, 0, ids[run].first, 0xFFFFFFFF);
-      RawFinding used{"duplicate-id", firstSpan, std::string(), {}};
+      const std::uint32_t id = ids[run].first;
+      const ByteSpan first = IdWord(ids[run].second);
+      std::vector<ByteSpan> again;
       for (size_t i = run + 1; i < end; ++i) {
-        const ByteSpan again = numberSpan(order[ids[i].second], DefinitionField::kId, 0, ids[i].first, 0xFFFFFFFF);
-        if (used.message.empty()) used.message = "id " + id + " is used again at line " + LineOf(map, again);
-        used.related.push_back(RelatedSpan{again, "id " + id + " used again"});
-        Add(out, "duplicate-id", again, "id " + id + " is already used at line " + LineOf(map, firstSpan));
-        out.back().related.push_back(RelatedSpan{firstSpan, "id " + id + " first used here"});
+        again.push_back(IdWord(ids[i].second));
+        const std::uint32_t used = findings.Add(FindingKind::kDuplicateId, again.back(),
+                                                Says(MessageForm::kIdAlreadyUsed, id, first.begin));
+        findings.Relate(used, first, Says(MessageForm::kIdFirstUsedHere, id), false);
       }
-      out.push_back(std::move(used));
+      const std::uint32_t usedAgain =
+          findings.Add(FindingKind::kDuplicateId, first, Says(MessageForm::kIdUsedAgain, id, again.front().begin));
+      for (const ByteSpan& span : again) findings.Relate(usedAgain, span, Says(MessageForm::kIdUsedAgainHere, id), false);
     }
     run = end;
   }
@@ -71,35 +110,33 @@ void CheckDefinitions(const std::string& bytes, const std::vector<DefinitionSpan
   const int packages = DEVICE_ITEM::m_PackageList.GetSize();
   const int adapters = DEVICE_ITEM::m_AdapterList.GetSize();
   const int modules = DEVICE_ITEM::m_ModulList.GetSize();
-  for (const DefinitionSpan& at : order) {
-    DEVICE_KVRXDEF_ITEM& def = defOf(at);
+  for (std::uint32_t d = 0; d < definitions.size(); ++d) {
+    DEVICE_KVRXDEF_ITEM& def = DefinitionOf(d);
     for (int i = 0; i < def.m_PackageIds.GetSize(); ++i) {
       if (def.m_PackageIds[i] >= packages) {
-        Add(out, "bad-number", numberSpan(at, DefinitionField::kPackage, i, def.m_PackageIds[i], 0xFFFF),
-            "package " + std::to_string(def.m_PackageIds[i]) + " has no name in HOUSING_LIST");
+        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldPackage, i),
+                     Says(MessageForm::kBadPackage, def.m_PackageIds[i]));
       }
     }
     if (def.m_ModulId >= static_cast<DWORD>(modules)) {
-      Add(out, "bad-number", numberSpan(at, DefinitionField::kModule, 0, def.m_ModulId, 0xFFFFFFFF),
-          "module " + std::to_string(def.m_ModulId) + " has no name in MODUL_LIST");
+      findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldModule, 0), Says(MessageForm::kBadModule, def.m_ModulId));
     }
     for (int i = 0; i < def.m_AdapterIds.GetSize(); ++i) {
       if (def.m_AdapterIds[i] >= adapters) {
-        Add(out, "bad-number", numberSpan(at, DefinitionField::kAdapter, i, def.m_AdapterIds[i], 0xFFFF),
-            "adapter " + std::to_string(def.m_AdapterIds[i]) + " has no name in ADAPTER_LIST");
+        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldAdapter, i),
+                     Says(MessageForm::kBadAdapter, def.m_AdapterIds[i]));
       }
     }
-    if (layout != 7) continue;
-    if ((def.m_MarkFlags & ~at.device->m_DeviceFlags) != 0) {
-      Add(out, "layout7-writer", at.span, "the mark in front of the definition line is not written back");
+    if (m_layout != 7) continue;
+    const ByteSpan line = definitions[d].line;
+    if ((def.m_MarkFlags & ~m_records.devices[definitions[d].device].device->m_DeviceFlags) != 0) {
+      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kDefinitionMarkNotWritten));
     }
     if (def.m_PackageIds.GetSize() > 1) {
-      Add(out, "layout7-writer", at.span, "only the first of the package numbers is written back");
+      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kSecondPackageNotWritten));
     }
     if (def.m_DefValues[10] > 9) {
-      Add(out, "layout7-writer", numberSpan(at, DefinitionField::kValue, 10, 0, 0),
-          "value 10 (" + std::to_string(def.m_DefValues[10]) +
-              ") is written in decimal and read in hexadecimal: it will not read back the same");
+      findings.Add(FindingKind::kLayout7Writer, fieldSpan(d, kDevdefFieldValue, 10), Says(MessageForm::kValue10, def.m_DefValues[10]));
     }
   }
 }

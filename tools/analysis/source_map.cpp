@@ -1,24 +1,21 @@
 #include "tools/analysis/source_map.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "tools/text/line_end.h"
 
-SourceMap::SourceMap(const std::string& bytes) : m_size(bytes.size()) {
-  const char* data = bytes.data();
+SourceMap::SourceMap(std::string_view bytes) : m_bytes(bytes) {
+  const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes.data());
   const size_t size = bytes.size();
   m_starts.push_back(0);
   size_t at = 0;
   while (at < size) {
-    const size_t end = FindLineEnd(reinterpret_cast<const unsigned char*>(data), at, size);
+    const size_t end = FindLineEnd(data, at, size);
     if (end >= size) break;
-    m_ends.push_back(end);
     at = end + 1;
     if (data[end] == '\r' && at < size && data[at] == '\n') ++at;
-    m_starts.push_back(at);
+    m_starts.push_back(static_cast<std::uint32_t>(at));
   }
-  m_ends.push_back(size);
 }
 
 TextPoint SourceMap::PointOf(size_t offset) const {
@@ -48,11 +45,15 @@ TextRange SourceMap::RangeOf(size_t begin, size_t end) const {
 }
 
 size_t SourceMap::LineStart(long line) const {
-  if (line < 1 || line > LineCount()) return m_size;
+  if (line < 1 || line > LineCount()) return m_bytes.size();
   return m_starts[static_cast<size_t>(line - 1)];
 }
 
 size_t SourceMap::LineEnd(long line) const {
-  if (line < 1 || line > static_cast<long>(m_ends.size())) return m_size;
-  return m_ends[static_cast<size_t>(line - 1)];
+  if (line < 1 || line >= LineCount()) return m_bytes.size();
+  // The line ends where its line end begins: one byte in front of the next
+  // line's start, or two for CR LF.
+  size_t end = m_starts[static_cast<size_t>(line)] - 1;
+  if (m_bytes[end] == '\n' && end > m_starts[static_cast<size_t>(line - 1)] && m_bytes[end - 1] == '\r') --end;
+  return end;
 }

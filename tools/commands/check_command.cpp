@@ -29,8 +29,8 @@ int ListKinds(bool json) {
     PrintJson(FindingKindsJson());
     return kExitSuccess;
   }
-  for (const FindingKind& kind : AllFindingKinds()) {
-    std::printf("%-16s %-8s %s\n", kind.id, SeverityName(kind.severity), kind.help);
+  for (const FindingInfo& info : AllFindingKinds()) {
+    std::printf("%-16s %-8s %s\n", info.id, SeverityName(info.severity), info.explanation);
   }
   return kExitSuccess;
 }
@@ -49,14 +49,15 @@ int RunCheck(const CheckArguments& args) {
   // The duplicates are among the findings.
   std::unique_ptr<Analysis> analysis = ReadForCommand(args, false);
   if (analysis == nullptr) return kExitFileError;
-  const std::vector<const Finding*> findings = filter.Apply(analysis->Findings());
+  const Findings& all = analysis->FindingsOf();
+  const std::vector<const Finding*> findings = filter.Apply(all.List());
   const SeverityCounts counts = CountSeverities(findings);
   if (json) {
-    PrintJson(FindingsJson(DocumentFrame(*analysis), findings));
+    PrintJson(FindingsJson(DocumentFrame(*analysis), *analysis, all, findings));
   } else if (args.format == "sarif") {
-    PrintJson(SarifLog(args.file, findings));
+    PrintJson(SarifLog(args.file, *analysis, all, findings));
   } else {
-    PrintGccDiagnostics(stdout, args.file, findings);
+    PrintGccDiagnostics(stdout, args.file, *analysis, all, findings);
     std::fflush(stdout);
     if (!findings.empty() && !args.quiet) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
   }

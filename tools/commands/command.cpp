@@ -1,7 +1,6 @@
 #include "tools/commands/command.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "tools/text/text_encoding.h"
 
@@ -50,22 +49,14 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
   TextEncoding encoding = DetectTextEncoding(analysis->Bytes());
   if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
   SetShownEncoding(encoding);
-  if (!analysis->Exact()) {
-    std::fprintf(stderr,
-                 "devdef: warning: the places given for '%s' may be off: the replay of the read lost its step "
-                 "(please report this file)\n",
-                 analysis->Path().c_str());
-  }
   // The reader's duplicate-id check, said once for each definition that
   // repeats an id.
   if (reportDuplicates && args.options.checkIds && !args.quiet) {
-    for (const Finding& finding : analysis->Findings()) {
-      if (std::strcmp(finding.kind->id, "duplicate-id") != 0 || finding.related.empty() ||
-          finding.related[0].message.find("first used") == std::string::npos) {
-        continue;
-      }
-      std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(),
-                   finding.range.start.line, finding.range.start.column, ShownText(finding.message).c_str());
+    for (const Finding& finding : analysis->FindingsOf().List()) {
+      if (finding.says.form != MessageForm::kIdAlreadyUsed) continue;
+      const TextPoint at = analysis->Map().PointOf(finding.span.begin);
+      std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(), at.line, at.column,
+                   ShownText(analysis->MessageOf(finding)).c_str());
     }
   }
   return analysis;

@@ -25,7 +25,7 @@ struct FindArguments : CommonArguments {
 
 // A device and the indexes in its m_DefArray of the definitions found.
 struct Found {
-  DeviceAt at;
+  std::uint32_t device;
   std::vector<int> definitions;
 };
 
@@ -33,43 +33,44 @@ struct Found {
 // generations of their hidden definitions.
 struct Search {
   std::vector<Found> found;
-  std::vector<DeviceAt> candidates;
+  std::vector<std::uint32_t> candidates;
   std::vector<unsigned> generations;
   bool named = false;  // the candidates are the devices named, none with a visible definition
 };
 
 // The visible definition with the id, as the library finds it; else the
 // devices that hold it hidden.
-Search FindById(KCDeviceDefCtrl& ctrl, std::uint32_t id) {
+Search FindById(Analysis& analysis, std::uint32_t id) {
   Search search;
-  DeviceAt at{};
+  std::uint32_t device = 0;
   int index = 0;
-  if (FindVisibleDefinition(ctrl, id, &at, &index)) {
-    search.found.push_back(Found{at, {index}});
+  if (FindVisibleDefinition(analysis, id, &device, &index)) {
+    search.found.push_back(Found{device, {index}});
     return search;
   }
-  search.candidates = DevicesWithId(ctrl, id);
+  search.candidates = DevicesWithId(analysis, id);
   search.named = !search.candidates.empty();
-  search.generations = HiddenGenerations(search.candidates, false, id);
+  search.generations = HiddenGenerations(analysis, search.candidates, false, id);
   return search;
 }
 
 // The visible definitions of every device the name matches; else those
 // devices, or the closest ones.
-Search FindByName(KCDeviceDefCtrl& ctrl, const NamePattern& pattern) {
-  DeviceLookup lookup = LookUpDevices(ctrl, pattern, false, 3);
+Search FindByName(const Analysis& analysis, const NamePattern& pattern) {
+  DeviceLookup lookup = LookUpDevices(analysis, pattern, false, 3);
   Search search;
-  for (const DeviceAt& at : lookup.matches) {
-    Found item{at, {}};
-    for (int i = 0; i < at.device->m_DefArray.GetSize(); ++i) {
-      if (!at.device->m_DefArray[i].IsHidden()) item.definitions.push_back(i);
+  for (std::uint32_t device : lookup.matches) {
+    Found item{device, {}};
+    const CArray<DEVICE_KVRXDEF_ITEM, DEVICE_KVRXDEF_ITEM&>& defs = analysis.Devices()[device].device->m_DefArray;
+    for (int i = 0; i < defs.GetSize(); ++i) {
+      if (!defs[i].IsHidden()) item.definitions.push_back(i);
     }
     if (!item.definitions.empty()) search.found.push_back(std::move(item));
   }
   if (!search.found.empty()) return search;
   search.named = !lookup.matches.empty();
   search.candidates = search.named ? std::move(lookup.matches) : std::move(lookup.closest);
-  if (search.named) search.generations = HiddenGenerations(search.candidates, true, 0);
+  if (search.named) search.generations = HiddenGenerations(analysis, search.candidates, true, 0);
   return search;
 }
 
@@ -96,14 +97,14 @@ int RunFind(const FindArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.name);
-  const Search search = args.byId ? FindById(analysis->Controller(), static_cast<std::uint32_t>(args.id))
-                                  : FindByName(analysis->Controller(), pattern);
+  const Search search = args.byId ? FindById(*analysis, static_cast<std::uint32_t>(args.id))
+                                  : FindByName(*analysis, pattern);
   json document = DocumentFrame(*analysis);
   json matches = json::array();
   for (const Found& item : search.found) {
     json definitions = json::array();
-    for (int index : item.definitions) definitions.push_back(DefinitionJson(*analysis, *item.at.device, index));
-    matches.push_back(json{{"device", DeviceJson(*analysis, item.at)}, {"definitions", std::move(definitions)}});
+    for (int index : item.definitions) definitions.push_back(DefinitionJson(*analysis, item.device, index));
+    matches.push_back(json{{"device", DeviceJson(*analysis, item.device)}, {"definitions", std::move(definitions)}});
   }
   document["matches"] = std::move(matches);
   if (search.found.empty()) document["candidates"] = DevicesJson(*analysis, search.candidates);

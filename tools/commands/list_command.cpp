@@ -23,13 +23,13 @@ int RunList(const ListArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.pattern.empty() ? "*" : args.pattern);
-  const DeviceLookup found = LookUpDevices(analysis->Controller(), pattern, args.allFields, 3);
+  const DeviceLookup found = LookUpDevices(*analysis, pattern, args.allFields, 3);
   json document = DocumentFrame(*analysis);
   if (found.matches.empty()) document["candidates"] = DevicesJson(*analysis, found.closest);
   if (args.json) {
     PrintDevicesJson(stdout, document, "devices", *analysis, found.matches);
   } else {
-    for (const DeviceAt& at : found.matches) PrintListLine(stdout, DeviceJson(*analysis, at));
+    for (std::uint32_t device : found.matches) PrintListLine(stdout, DeviceJson(*analysis, device));
   }
   if (!found.matches.empty()) return kExitSuccess;
   ReportNoDevice(pattern, document["candidates"]);

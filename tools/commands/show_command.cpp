@@ -28,30 +28,30 @@ enum class Miss { kNone, kNoDevice, kSeveralDevices, kNoId, kHiddenId };
 // The devices to show; when there are none, why, and the devices meant
 // perhaps.
 struct Shown {
-  std::vector<DeviceAt> devices;
-  std::vector<DeviceAt> candidates;
+  std::vector<std::uint32_t> devices;
+  std::vector<std::uint32_t> candidates;
   Miss miss = Miss::kNone;
 };
 
 // The device of the visible definition with the id; else, as candidates,
 // the devices that hold it hidden.
-Shown ShowById(KCDeviceDefCtrl& ctrl, std::uint32_t id) {
+Shown ShowById(Analysis& analysis, std::uint32_t id) {
   Shown shown;
-  DeviceAt at{};
+  std::uint32_t device = 0;
   int index = 0;
-  if (FindVisibleDefinition(ctrl, id, &at, &index)) {
-    shown.devices.push_back(at);
+  if (FindVisibleDefinition(analysis, id, &device, &index)) {
+    shown.devices.push_back(device);
     return shown;
   }
-  shown.candidates = DevicesWithId(ctrl, id);
+  shown.candidates = DevicesWithId(analysis, id);
   shown.miss = shown.candidates.empty() ? Miss::kNoId : Miss::kHiddenId;
   return shown;
 }
 
 // The one device the name names, or all with --all; else the closest or
 // the several ones as candidates.
-Shown ShowByName(KCDeviceDefCtrl& ctrl, const NamePattern& pattern, bool all) {
-  DeviceLookup found = LookUpDevices(ctrl, pattern, false, 3);
+Shown ShowByName(const Analysis& analysis, const NamePattern& pattern, bool all) {
+  DeviceLookup found = LookUpDevices(analysis, pattern, false, 3);
   Shown shown;
   if (found.matches.empty()) {
     shown.candidates = std::move(found.closest);
@@ -65,7 +65,8 @@ Shown ShowByName(KCDeviceDefCtrl& ctrl, const NamePattern& pattern, bool all) {
   return shown;
 }
 
-void ReportMiss(const ShowArguments& args, const NamePattern& pattern, const Shown& shown, const json& candidates) {
+void ReportMiss(const ShowArguments& args, const Analysis& analysis, const NamePattern& pattern, const Shown& shown,
+                const json& candidates) {
   const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
   switch (shown.miss) {
     case Miss::kNoDevice:
@@ -78,7 +79,7 @@ void ReportMiss(const ShowArguments& args, const NamePattern& pattern, const Sho
       std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
       break;
     case Miss::kHiddenId:
-      ReportHidden("id " + id + " is hidden", HiddenGenerations(shown.candidates, false, static_cast<std::uint32_t>(args.id)),
+      ReportHidden("id " + id + " is hidden", HiddenGenerations(analysis, shown.candidates, false, static_cast<std::uint32_t>(args.id)),
                    "show", ShellWord(args.file) + " --id " + id);
       break;
     case Miss::kNone:
@@ -90,8 +91,8 @@ int RunShow(const ShowArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.device);
-  const Shown shown = args.byId ? ShowById(analysis->Controller(), static_cast<std::uint32_t>(args.id))
-                                : ShowByName(analysis->Controller(), pattern, args.all);
+  const Shown shown = args.byId ? ShowById(*analysis, static_cast<std::uint32_t>(args.id))
+                                : ShowByName(*analysis, pattern, args.all);
   json document = DocumentFrame(*analysis);
   if (shown.devices.empty()) document["candidates"] = DevicesJson(*analysis, shown.candidates);
   if (args.json) {
@@ -103,7 +104,7 @@ int RunShow(const ShowArguments& args) {
     }
   }
   if (shown.devices.empty()) {
-    ReportMiss(args, pattern, shown, document["candidates"]);
+    ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
     return kExitNotFound;
   }
   return kExitSuccess;

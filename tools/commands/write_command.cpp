@@ -29,7 +29,7 @@ int RunWrite(const WriteArguments& args, DefOutput what) {
   }
   // What the read itself lost is not in the catalogue, so no write can keep it.
   size_t errors = 0;
-  for (const Finding& finding : analysis->Findings()) errors += finding.severity == Severity::kError ? 1 : 0;
+  for (const Finding& finding : analysis->FindingsOf().List()) errors += finding.severity == Severity::kError ? 1 : 0;
   if (errors > 0 && !args.quiet) {
     std::fprintf(stderr,
                  "devdef: warning: '%s' has %zu error%s ('devdef check' lists them): what the reader lost there is "
@@ -41,19 +41,19 @@ int RunWrite(const WriteArguments& args, DefOutput what) {
   std::function<bool(const std::string&)> verify;
   if (what == DefOutput::kWrite) {
     verify = [&](const std::string& written) {
-      const std::vector<Finding> losses = RoundTripLosses(*analysis, written, analysis->Layout(),
-                                                          args.force ? Severity::kWarning : Severity::kError);
-      if (losses.empty()) return true;
+      const Findings losses = RoundTripLosses(*analysis, written, analysis->Layout(),
+                                              args.force ? Severity::kWarning : Severity::kError);
+      if (losses.List().empty()) return true;
       if (!args.force || !args.quiet) {
         std::vector<const Finding*> shown;
-        for (const Finding& loss : losses) shown.push_back(&loss);
-        PrintGccDiagnostics(stderr, analysis->Path(), shown);
+        for (const Finding& loss : losses.List()) shown.push_back(&loss);
+        PrintGccDiagnostics(stderr, analysis->Path(), *analysis, losses, shown);
       }
       if (args.force) return true;
       std::fprintf(stderr,
                    "devdef: nothing written: the written file would read back differently in %zu place%s "
                    "(--force writes it all the same)\n",
-                   losses.size(), losses.size() == 1 ? "" : "s");
+                   losses.List().size(), losses.List().size() == 1 ? "" : "s");
       return false;
     };
   }

@@ -5,16 +5,22 @@ namespace {
 // Every kind id, as "a, b, c".
 std::string ValidKinds() {
   std::string list;
-  for (const FindingKind& kind : AllFindingKinds()) list += (list.empty() ? "" : ", ") + std::string(kind.id);
+  for (const FindingInfo& info : AllFindingKinds()) list += (list.empty() ? "" : ", ") + std::string(info.id);
   return list;
 }
 
-// False with the message in *error when an id of ids names no kind.
-bool AllKnown(const std::vector<std::string>& ids, const char* option, std::string* error) {
+// The kinds of ids (empty ids passed over); false with the message in
+// *error when an id names no kind.
+bool KindsOf(const std::vector<std::string>& ids, const char* option, std::vector<FindingKind>* kinds,
+             std::string* error) {
   for (const std::string& id : ids) {
-    if (id.empty() || FindFindingKind(id) != nullptr) continue;
-    *error = option + std::string(": unknown finding kind '") + id + "'; the kinds are " + ValidKinds();
-    return false;
+    if (id.empty()) continue;
+    FindingKind kind;
+    if (!FindingKindOf(id, &kind)) {
+      *error = option + std::string(": unknown finding kind '") + id + "'; the kinds are " + ValidKinds();
+      return false;
+    }
+    kinds->push_back(kind);
   }
   return true;
 }
@@ -23,16 +29,12 @@ bool AllKnown(const std::vector<std::string>& ids, const char* option, std::stri
 
 bool FindingFilter::Configure(const std::vector<std::string>& select, const std::vector<std::string>& ignore,
                               std::string* error) {
-  if (!AllKnown(select, "--select", error) || !AllKnown(ignore, "--ignore", error)) return false;
-  std::unordered_set<std::string> admitted;
-  for (const std::string& id : select) {
-    if (!id.empty()) admitted.insert(id);
-  }
-  if (admitted.empty()) {
-    for (const FindingKind& kind : AllFindingKinds()) admitted.insert(kind.id);
-  }
-  for (const std::string& id : ignore) admitted.erase(id);
-  m_all = admitted.size() == AllFindingKinds().size();
+  std::vector<FindingKind> selected;
+  std::vector<FindingKind> ignored;
+  if (!KindsOf(select, "--select", &selected, error) || !KindsOf(ignore, "--ignore", &ignored, error)) return false;
+  std::vector<bool> admitted(AllFindingKinds().size(), selected.empty());
+  for (FindingKind kind : selected) admitted[static_cast<size_t>(kind)] = true;
+  for (FindingKind kind : ignored) admitted[static_cast<size_t>(kind)] = false;
   m_admitted = std::move(admitted);
   return true;
 }
@@ -41,8 +43,7 @@ std::vector<const Finding*> FindingFilter::Apply(const std::vector<Finding>& fin
   std::vector<const Finding*> admitted;
   admitted.reserve(findings.size());
   for (const Finding& finding : findings) {
-    if (finding.kind == nullptr) continue;
-    if (m_all || m_admitted.count(finding.kind->id) != 0) admitted.push_back(&finding);
+    if (m_admitted[static_cast<size_t>(finding.kind)]) admitted.push_back(&finding);
   }
   return admitted;
 }

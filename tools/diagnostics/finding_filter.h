@@ -4,7 +4,6 @@
 #define DEVDEF_TOOLS_DIAGNOSTICS_FINDING_FILTER_H_
 
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "tools/analysis/finding.h"
@@ -17,12 +16,11 @@ class FindingFilter {
   // that names the id and lists the valid ones in *error, when an id names
   // no kind; the filter is then unchanged.
   bool Configure(const std::vector<std::string>& select, const std::vector<std::string>& ignore, std::string* error);
-  // The findings of admitted kinds, in their order; each has its kind.
+  // The findings of admitted kinds, in their order.
   std::vector<const Finding*> Apply(const std::vector<Finding>& findings) const;
 
  private:
-  bool m_all = true;                           // admits every kind
-  std::unordered_set<std::string> m_admitted;  // else the ids it admits
+  std::vector<bool> m_admitted = std::vector<bool>(AllFindingKinds().size(), true);  // by kind
 };
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDING_FILTER_H_

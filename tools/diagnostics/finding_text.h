@@ -4,10 +4,13 @@
 
 #include <string>
 
-#include "tools/analysis/finding.h"
+#include "tools/analysis/analysis.h"
 
-// The message as UTF-8, with " (N times)" behind it when N identical
+// The message of a finding about analysis's file, one of findings, as UTF-8
+// (the run's encoding), with " (N times)" behind it when N identical
 // findings were merged into this one.
-std::string FindingMessage(const Finding& finding);
+std::string FindingMessage(const Analysis& analysis, const Findings& findings, const Finding& finding);
+// What a related place says, as UTF-8.
+std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place);
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDING_TEXT_H_

@@ -7,12 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "tools/analysis/finding.h"
+#include "tools/analysis/analysis.h"
 
-// Prints each finding (each with its kind) as
+// Prints each of shown, findings about analysis's file, as
 // "FILE:LINE:COL: SEVERITY: MESSAGE [KIND]" and each of its related places
 // right below it as "FILE:LINE:COL: note: MESSAGE"; messages as UTF-8, file
 // as given.
-void PrintGccDiagnostics(std::FILE* out, const std::string& file, const std::vector<const Finding*>& findings);
+void PrintGccDiagnostics(std::FILE* out, const std::string& file, const Analysis& analysis, const Findings& findings,
+                         const std::vector<const Finding*>& shown);
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_GCC_OUTPUT_H_

@@ -27,32 +27,28 @@ struct DeviceRef {
   TAG_KIND_OF_DEVICE* kind;
   TAG_DEVICE_MANUF* manuf;
   DEVICE_ITEM* device;
-  std::string key;  // kind, manufacturer and device name, each ended by a NUL
+  std::uint32_t record;  // in the analysis
+  std::string key;       // kind, manufacturer and device name, each ended by a NUL
 };
 
 // One file's catalogue, indexed for the comparison.
 class Side {
  public:
   Side(Analysis& analysis, const DiffOptions& options) : m_a(analysis), m_visibleOnly(options.visibleOnly) {
-    CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = analysis.Controller().getDeviceList();
-    for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
-      const POSITION kindPos = k;
-      TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
-      const std::string kindKey = Bytes(kind.m_Name) + '\0';
-      if (m_kinds.emplace(kindKey, Line(analysis.KindPlace(kindPos))).second) m_kindOrder.push_back(&kind);
-      if (kind.m_pManufList == nullptr) continue;
-      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-        const POSITION manufPos = m;
-        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-        const std::string manufKey = kindKey + Bytes(manuf.m_Name) + '\0';
-        if (m_manufacturers.emplace(manufKey, Line(analysis.ManufacturerPlace(manufPos))).second) {
-          m_manufOrder.emplace_back(&kind, &manuf);
+    for (const KindRecord& kind : analysis.Kinds()) {
+      const std::string kindKey = Bytes(kind.kind->m_Name) + '\0';
+      if (m_kinds.emplace(kindKey, Line(kind.name)).second) m_kindOrder.push_back(kind.kind);
+      for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+        const ManufacturerRecord& manuf = analysis.Manufacturers()[m];
+        const std::string manufKey = kindKey + Bytes(manuf.manufacturer->m_Name) + '\0';
+        if (m_manufacturers.emplace(manufKey, Line(manuf.name)).second) {
+          m_manufOrder.emplace_back(kind.kind, manuf.manufacturer);
         }
-        if (manuf.m_pDeviceList == nullptr) continue;
-        for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-          DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-          m_byKey[manufKey + Bytes(device.m_DeviceName) + '\0'].push_back(m_devices.size());
-          m_devices.push_back(DeviceRef{&kind, &manuf, &device, manufKey + Bytes(device.m_DeviceName) + '\0'});
+        for (std::uint32_t d = manuf.firstDevice; d < manuf.firstDevice + manuf.deviceCount; ++d) {
+          DEVICE_ITEM* device = analysis.Devices()[d].device;
+          const std::string key = manufKey + Bytes(device->m_DeviceName) + '\0';
+          m_byKey[key].push_back(m_devices.size());
+          m_devices.push_back(DeviceRef{kind.kind, manuf.manufacturer, device, d, key});
         }
       }
     }
@@ -116,14 +112,18 @@ class Side {
     return signature;
   }
 
-  long DeviceLine(DEVICE_ITEM& device) const {
-    const DevicePlace* place = m_a.PlaceOf(device);
-    return place != nullptr ? place->name.start.line : 0;
+  long DeviceLine(const DeviceRef& ref) const { return Line(m_a.Devices()[ref.record].name); }
+  long DefinitionLine(const DeviceRef& ref, int index) const {
+    return Line(m_a.Definitions()[m_a.Devices()[ref.record].firstDefinition + static_cast<std::uint32_t>(index)].line);
   }
-  long DefinitionLine(DEVICE_ITEM& device, int index) const { return Line(m_a.DefinitionPlace(device, index)); }
+  // The line of the list entry of that number, or 0.
+  long EntryLine(int list, int number) const {
+    const std::vector<ByteSpan>& entries = m_a.ListEntries(list);
+    return number >= 0 && static_cast<size_t>(number) < entries.size() ? Line(entries[static_cast<size_t>(number)]) : 0;
+  }
 
  private:
-  static long Line(const TextRange* range) { return range != nullptr ? range->start.line : 0; }
+  long Line(ByteSpan span) const { return m_a.Map().PointOf(span.begin).line; }
 
   Analysis& m_a;
   bool m_visibleOnly;
@@ -161,8 +161,6 @@ class Differ {
 
   void DiffLists() {
     for (int list = 0; list < 3; ++list) {
-      const std::vector<TextRange>& oldPlaces = m_old.File().ListPlace(list).entries;
-      const std::vector<TextRange>& newPlaces = m_new.File().ListPlace(list).entries;
       for (const ListEntryChange& entry : DiffList(m_old.File().ListNames(list), m_new.File().ListNames(list))) {
         const DiffChange::Change change = entry.change == ListEntryChange::Change::kAdded    ? DiffChange::Change::kAdded
                                           : entry.change == ListEntryChange::Change::kRemoved ? DiffChange::Change::kRemoved
@@ -171,13 +169,11 @@ class Differ {
         if (entry.oldIndex >= 0) {
           const DiffValue newNumber = entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None();
           item.fields.push_back({"number", {DiffValue::Number(entry.oldIndex), newNumber}});
-          if (static_cast<size_t>(entry.oldIndex) < oldPlaces.size()) item.oldLine = oldPlaces[static_cast<size_t>(entry.oldIndex)].start.line;
+          item.oldLine = m_old.EntryLine(list, entry.oldIndex);
         } else {
           item.fields.push_back({"number", {DiffValue::None(), DiffValue::Number(entry.newIndex)}});
         }
-        if (entry.newIndex >= 0 && static_cast<size_t>(entry.newIndex) < newPlaces.size()) {
-          item.newLine = newPlaces[static_cast<size_t>(entry.newIndex)].start.line;
-        }
+        item.newLine = m_new.EntryLine(list, entry.newIndex);
       }
     }
   }
@@ -249,16 +245,16 @@ class Differ {
         moved->second.pop_back();
         DiffChange& item = Add(DiffChange::Change::kMoved, DiffChange::What::kDevice, PathOf(ref), name);
         item.from = PathOf(from);
-        item.oldLine = m_old.DeviceLine(*from.device);
-        item.newLine = m_new.DeviceLine(*ref.device);
+        item.oldLine = m_old.DeviceLine(from);
+        item.newLine = m_new.DeviceLine(ref);
         continue;
       }
-      Add(DiffChange::Change::kAdded, DiffChange::What::kDevice, PathOf(ref), name).newLine = m_new.DeviceLine(*ref.device);
+      Add(DiffChange::Change::kAdded, DiffChange::What::kDevice, PathOf(ref), name).newLine = m_new.DeviceLine(ref);
     }
     for (size_t i = 0; i < olds.size(); ++i) {
       if (oldPaired[i] || oldMoved[i]) continue;
       Add(DiffChange::Change::kRemoved, DiffChange::What::kDevice, PathOf(olds[i]), Bytes(olds[i].device->m_DeviceName))
-          .oldLine = m_old.DeviceLine(*olds[i].device);
+          .oldLine = m_old.DeviceLine(olds[i]);
     }
   }
 
@@ -276,8 +272,8 @@ class Differ {
     if (!fields.empty()) {
       DiffChange& item = Add(DiffChange::Change::kChanged, DiffChange::What::kDevice, PathOf(is), path.back());
       item.fields = std::move(fields);
-      item.oldLine = m_old.DeviceLine(*was.device);
-      item.newLine = m_new.DeviceLine(*is.device);
+      item.oldLine = m_old.DeviceLine(was);
+      item.newLine = m_new.DeviceLine(is);
     }
     // Most devices keep their definitions in the order of their ids: they
     // pair one by one, with no index to build.
@@ -288,7 +284,7 @@ class Differ {
         inOrder = was.device->m_DefArray[i].m_DefID == is.device->m_DefArray[i].m_DefID;
       }
       if (inOrder) {
-        for (int i = 0; i < count; ++i) DiffDefinition(path, *was.device, i, *is.device, i);
+        for (int i = 0; i < count; ++i) DiffDefinition(path, was, i, is, i);
         return;
       }
     }
@@ -308,19 +304,19 @@ class Differ {
         DiffChange& item = Add(DiffChange::Change::kAdded, DiffChange::What::kDefinition, path, std::string());
         item.hasId = true;
         item.id = def.m_DefID;
-        item.newLine = m_new.DefinitionLine(*is.device, i);
+        item.newLine = m_new.DefinitionLine(is, i);
         continue;
       }
       const int partner = candidates->second[next++];
       oldPaired.insert(partner);
-      DiffDefinition(path, *was.device, partner, *is.device, i);
+      DiffDefinition(path, was, partner, is, i);
     }
     for (int i : olds) {
       if (oldPaired.count(i) != 0) continue;
       DiffChange& item = Add(DiffChange::Change::kRemoved, DiffChange::What::kDefinition, path, std::string());
       item.hasId = true;
       item.id = was.device->m_DefArray[i].m_DefID;
-      item.oldLine = m_old.DefinitionLine(*was.device, i);
+      item.oldLine = m_old.DefinitionLine(was, i);
     }
   }
 
@@ -348,8 +344,10 @@ class Differ {
            SameNames(1, was.m_AdapterIds, is.m_AdapterIds);
   }
 
-  void DiffDefinition(const std::vector<std::string>& path, DEVICE_ITEM& oldDevice, int oldIndex, DEVICE_ITEM& newDevice,
+  void DiffDefinition(const std::vector<std::string>& path, const DeviceRef& was, int oldIndex, const DeviceRef& is,
                       int newIndex) {
+    DEVICE_ITEM& oldDevice = *was.device;
+    DEVICE_ITEM& newDevice = *is.device;
     if (SameDefinition(oldDevice.m_DefArray[oldIndex], newDevice.m_DefArray[newIndex])) return;
     const auto oldFields = m_old.Fields(oldDevice.m_DefArray[oldIndex]);
     const auto newFields = m_new.Fields(newDevice.m_DefArray[newIndex]);
@@ -362,8 +360,8 @@ class Differ {
     item.hasId = true;
     item.id = newDevice.m_DefArray[newIndex].m_DefID;
     item.fields = std::move(fields);
-    item.oldLine = m_old.DefinitionLine(oldDevice, oldIndex);
-    item.newLine = m_new.DefinitionLine(newDevice, newIndex);
+    item.oldLine = m_old.DefinitionLine(was, oldIndex);
+    item.newLine = m_new.DefinitionLine(is, newIndex);
   }
 
   Side& m_old;

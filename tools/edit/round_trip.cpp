@@ -60,47 +60,41 @@ std::string DefinitionDifference(DEVICE_KVRXDEF_ITEM& was, DEVICE_KVRXDEF_ITEM& 
 class RoundTrip {
  public:
   RoundTrip(Analysis& input, Severity severity) : m_input(input), m_severity(severity) {
-    for (const Finding& finding : input.Findings()) {
-      const std::string id = finding.kind->id;
-      if (id == "name" || id == "layout7-writer" || id == "ignored-keyword") {
-        m_reasons.emplace(finding.range.start.line, finding.message);
+    for (const Finding& finding : input.FindingsOf().List()) {
+      const FindingKind kind = finding.kind;
+      if (kind == FindingKind::kName || kind == FindingKind::kLayout7Writer || kind == FindingKind::kIgnoredKeyword) {
+        m_reasons.emplace(input.Map().PointOf(finding.span.begin).line, input.MessageOf(finding));
       }
       // What the writer of the layout does to every file: the reason for a
       // loss that has none of its own.
-      if (m_general.empty() && (id == "layout2-writer" || (id == "layout7-writer" &&
-                                                           finding.message.find("in braces") != std::string::npos))) {
-        m_general = finding.message;
+      if (m_general.empty() &&
+          (kind == FindingKind::kLayout2Writer || finding.says.form == MessageForm::kListInBraces)) {
+        m_general = input.MessageOf(finding);
       }
     }
   }
 
-  std::vector<Finding> Compare(Analysis& back, const std::vector<std::string> (&lists)[3]) {
+  Findings Compare(Analysis& back, const std::vector<std::string> (&lists)[3]) {
     CompareLists(lists);
     IndexReadBack(back.Controller());
-    CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = m_input.Controller().getDeviceList();
-    for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
-      const POSITION kindPos = k;
-      TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
-      if (m_kinds.count(Bytes(kind.m_Name)) == 0) {
-        Loss(m_input.KindPlace(kindPos), "kind " + Quoted(kind.m_Name) + " and all under it do not read back");
+    for (const KindRecord& kind : m_input.Kinds()) {
+      if (m_kinds.count(Bytes(kind.kind->m_Name)) == 0) {
+        Loss(&kind.name, "kind " + Quoted(kind.kind->m_Name) + " and all under it do not read back");
         continue;
       }
-      if (kind.m_pManufList == nullptr) continue;
-      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-        const POSITION manufPos = m;
-        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-        if (m_manufacturers.count(Bytes(kind.m_Name) + '\0' + Bytes(manuf.m_Name)) == 0) {
-          Loss(m_input.ManufacturerPlace(manufPos),
-               "manufacturer " + Quoted(manuf.m_Name) + " and its devices do not read back under the kind " +
-                   Quoted(kind.m_Name));
+      for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+        const ManufacturerRecord& manuf = m_input.Manufacturers()[m];
+        if (m_manufacturers.count(Bytes(kind.kind->m_Name) + '\0' + Bytes(manuf.manufacturer->m_Name)) == 0) {
+          Loss(&manuf.name, "manufacturer " + Quoted(manuf.manufacturer->m_Name) +
+                                " and its devices do not read back under the kind " + Quoted(kind.kind->m_Name));
           continue;
         }
-        if (manuf.m_pDeviceList == nullptr) continue;
-        for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-          CompareDevice(kind, manuf, manuf.m_pDeviceList->GetNext(d));
+        for (std::uint32_t d = manuf.firstDevice; d < manuf.firstDevice + manuf.deviceCount; ++d) {
+          CompareDevice(*kind.kind, *manuf.manufacturer, d);
         }
       }
     }
+    m_losses.Finish();
     return std::move(m_losses);
   }
 
@@ -116,8 +110,8 @@ class RoundTrip {
         ++same;
       }
       if (same == was.size() && was.size() == static_cast<size_t>(is.GetSize())) continue;
-      const std::vector<TextRange>& places = m_input.ListPlace(list).entries;
-      const TextRange* place = same < places.size() ? &places[same] : places.empty() ? nullptr : &places.back();
+      const std::vector<ByteSpan>& places = m_input.ListEntries(list);
+      const ByteSpan* place = same < places.size() ? &places[same] : places.empty() ? nullptr : &places.back();
       const std::string keyword = kKeywords[list];
       if (is.GetSize() == 0) {
         Loss(place, keyword + " does not read back: its " + std::to_string(was.size()) + " entries are lost");
@@ -150,9 +144,10 @@ class RoundTrip {
     }
   }
 
-  void CompareDevice(TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, DEVICE_ITEM& device) {
-    const DevicePlace* place = m_input.PlaceOf(device);
-    const TextRange* name = place != nullptr ? &place->name : nullptr;
+  void CompareDevice(TAG_KIND_OF_DEVICE& kind, TAG_DEVICE_MANUF& manuf, std::uint32_t record) {
+    const DeviceRecord& place = m_input.Devices()[record];
+    DEVICE_ITEM& device = *place.device;
+    const ByteSpan* name = &place.name;
     std::deque<DEVICE_ITEM*>& candidates = m_devices[Path(kind.m_Name, manuf.m_Name, device.m_DeviceName)];
     if (candidates.empty()) {
       Loss(name, "device " + Quoted(device.m_DeviceName) + " does not read back");
@@ -167,7 +162,7 @@ class RoundTrip {
     }
     const int count = device.m_DefArray.GetSize();
     for (int i = 0; i < count; ++i) {
-      const TextRange* at = m_input.DefinitionPlace(device, i);
+      const ByteSpan* at = &m_input.Definitions()[place.firstDefinition + static_cast<std::uint32_t>(i)].line;
       DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[i];
       const std::string what = "definition " + std::to_string(def.m_DefID) + " of " + Quoted(device.m_DeviceName);
       if (i >= back.m_DefArray.GetSize()) {
@@ -183,23 +178,18 @@ class RoundTrip {
     }
   }
 
-  void Loss(const TextRange* place, std::string message) {
-    Finding finding;
-    finding.kind = FindFindingKind("write-loss");
-    finding.severity = m_severity;
+  void Loss(const ByteSpan* place, std::string message) {
+    ByteSpan span;
     if (place != nullptr) {
-      finding.range = *place;
-      auto reason = m_reasons.find(place->start.line);
+      span = *place;
+      auto reason = m_reasons.find(m_input.Map().PointOf(place->begin).line);
       if (reason != m_reasons.end()) {
         message += " (" + reason->second + ")";
       } else if (!m_general.empty()) {
         message += " (" + m_general + ")";
       }
-    } else {
-      finding.range = m_input.Map().RangeOf(0, 0);
     }
-    finding.message = std::move(message);
-    m_losses.push_back(std::move(finding));
+    m_losses[m_losses.AddText(FindingKind::kWriteLoss, span, std::move(message))].severity = m_severity;
   }
 
   Analysis& m_input;
@@ -209,12 +199,12 @@ class RoundTrip {
   std::unordered_set<std::string> m_kinds;
   std::unordered_set<std::string> m_manufacturers;
   std::unordered_map<std::string, std::deque<DEVICE_ITEM*>> m_devices;
-  std::vector<Finding> m_losses;
+  Findings m_losses;
 };
 
 }  // namespace
 
-std::vector<Finding> RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity) {
+Findings RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity) {
   const std::vector<std::string> lists[3] = {ListSnapshot(DEVICE_ITEM::m_PackageList),
                                              ListSnapshot(DEVICE_ITEM::m_AdapterList),
                                              ListSnapshot(DEVICE_ITEM::m_ModulList)};
@@ -223,12 +213,10 @@ std::vector<Finding> RoundTripLosses(Analysis& input, const std::string& written
   std::unique_ptr<Analysis> back = Analysis::ReadFile(writtenPath, options);
   RoundTrip trip(input, severity);
   if (!back->Read()) {
-    Finding finding;
-    finding.kind = FindFindingKind("write-loss");
-    finding.severity = severity;
-    finding.range = input.Map().RangeOf(0, 0);
-    finding.message = "the written file does not read back: " + back->Error();
-    return {finding};
+    Findings losses;
+    losses[losses.AddText(FindingKind::kWriteLoss, ByteSpan(), "the written file does not read back: " + back->Error())]
+        .severity = severity;
+    return losses;
   }
   return trip.Compare(*back, lists);
 }

@@ -15,6 +15,6 @@
 // the place in input of what is lost, with the reason where the input's own
 // findings give one, of the given severity. The process-wide name lists
 // hold the written file's lists afterwards; input's catalogue is unchanged.
-std::vector<Finding> RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity);
+Findings RoundTripLosses(Analysis& input, const std::string& writtenPath, int layout, Severity severity);
 
 #endif  // DEVDEF_TOOLS_EDIT_ROUND_TRIP_H_

@@ -2,15 +2,10 @@
 
 #include <algorithm>
 
-#include "devdef/catalogue/catalogue_walk.h"
 #include "tools/lookup/closest_names.h"
 #include "tools/text/text_encoding.h"
 
 namespace {
-
-DeviceAt At(const DevdefDevicePlace& place) {
-  return DeviceAt{place.kindPos, place.manufPos, &place.kind, &place.manuf, &place.device};
-}
 
 // name decoded into the reused buffer text.
 const std::string& Decode(const CString& name, std::string* text) {
@@ -21,84 +16,84 @@ const std::string& Decode(const CString& name, std::string* text) {
 
 }  // namespace
 
-DeviceLookup LookUpDevices(KCDeviceDefCtrl& ctrl, const NamePattern& pattern, bool allFields, size_t closestCount) {
+DeviceLookup LookUpDevices(const Analysis& analysis, const NamePattern& pattern, bool allFields, size_t closestCount) {
   DeviceLookup found;
-  std::vector<DeviceAt> equal;
-  std::vector<DeviceAt> all;  // every device, for the closest
+  std::vector<std::uint32_t> equal;
   const bool suggest = !pattern.HasWildcards() && closestCount > 0;
   ClosestNames closest(pattern.Argument(), suggest ? closestCount : 0);
   std::string text;
   // The kind's and manufacturer's verdicts, decided once for each.
-  const TAG_KIND_OF_DEVICE* kind = nullptr;
-  const TAG_DEVICE_MANUF* manuf = nullptr;
+  std::uint32_t kind = kNoRecord;
+  std::uint32_t manuf = kNoRecord;
   bool kindEquals = false, kindMatches = false, manufEquals = false, manufMatches = false;
-  DevdefWalkDevices(ctrl.getDeviceList(), [&](const DevdefDevicePlace& place) {
-    if (allFields && kind != &place.kind) {
-      kind = &place.kind;
-      kindEquals = pattern.Equals(Decode(place.kind.m_Name, &text));
+  const std::vector<DeviceRecord>& devices = analysis.Devices();
+  for (std::uint32_t d = 0; d < devices.size(); ++d) {
+    const DeviceRecord& device = devices[d];
+    const ManufacturerRecord& manufacturer = analysis.Manufacturers()[device.manufacturer];
+    if (allFields && kind != manufacturer.kind) {
+      kind = manufacturer.kind;
+      kindEquals = pattern.Equals(Decode(analysis.Kinds()[kind].kind->m_Name, &text));
       kindMatches = pattern.Matches(text);
     }
-    if (allFields && manuf != &place.manuf) {
-      manuf = &place.manuf;
-      manufEquals = pattern.Equals(Decode(place.manuf.m_Name, &text));
+    if (allFields && manuf != device.manufacturer) {
+      manuf = device.manufacturer;
+      manufEquals = pattern.Equals(Decode(manufacturer.manufacturer->m_Name, &text));
       manufMatches = pattern.Matches(text);
     }
-    const std::string& name = Decode(place.device.m_DeviceName, &text);
+    const std::string& name = Decode(device.device->m_DeviceName, &text);
     if (pattern.Equals(name) || kindEquals || manufEquals) {
-      equal.push_back(At(place));
+      equal.push_back(d);
     } else if (equal.empty() && (pattern.Matches(name) || kindMatches || manufMatches)) {
-      found.matches.push_back(At(place));
+      found.matches.push_back(d);
     }
-    if (suggest && equal.empty() && found.matches.empty()) {
-      closest.Offer(name, all.size());
-      all.push_back(At(place));
-    }
-    return false;
-  });
+    if (suggest && equal.empty() && found.matches.empty()) closest.Offer(name, d);
+  }
   if (!equal.empty()) {
     found.matches = std::move(equal);
   } else if (found.matches.empty()) {
-    for (size_t id : closest.Ids()) found.closest.push_back(all[id]);
+    for (size_t id : closest.Ids()) found.closest.push_back(static_cast<std::uint32_t>(id));
   }
   return found;
 }
 
-bool FindVisibleDefinition(KCDeviceDefCtrl& ctrl, std::uint32_t id, DeviceAt* at, int* index) {
-  POSITION posKind = nullptr;
-  POSITION posManuf = nullptr;
-  DEVICE_ITEM* device = nullptr;
+bool FindVisibleDefinition(Analysis& analysis, std::uint32_t id, std::uint32_t* device, int* index) {
+  DEVICE_ITEM* item = nullptr;
   DEVICE_KVRXDEF_ITEM* def = nullptr;
-  if (!ctrl.FindDeviceItem(static_cast<int>(id), &posKind, &posManuf, nullptr, nullptr, &device, &def)) return false;
-  for (int i = 0; i < device->m_DefArray.GetSize(); ++i) {
-    if (&device->m_DefArray[i] != def) continue;
-    *at = DeviceAt{posKind, posManuf, &ctrl.getDeviceList().GetAt(posKind),
-                   &CList<TAG_DEVICE_MANUF, TAG_DEVICE_MANUF&>::GetAtPosition(posManuf), device};
+  if (!analysis.Controller().FindDeviceItem(static_cast<int>(id), nullptr, nullptr, nullptr, nullptr, &item, &def)) {
+    return false;
+  }
+  *device = analysis.DeviceRecordOf(item);
+  if (*device == kNoRecord) return false;
+  for (int i = 0; i < item->m_DefArray.GetSize(); ++i) {
+    if (&item->m_DefArray[i] != def) continue;
     *index = i;
     return true;
   }
   return false;
 }
 
-std::vector<DeviceAt> DevicesWithId(KCDeviceDefCtrl& ctrl, std::uint32_t id) {
-  std::vector<DeviceAt> devices;
-  DevdefWalkDevices(ctrl.getDeviceList(), [&](const DevdefDevicePlace& place) {
-    CArray<DEVICE_KVRXDEF_ITEM, DEVICE_KVRXDEF_ITEM&>& defs = place.device.m_DefArray;
+std::vector<std::uint32_t> DevicesWithId(const Analysis& analysis, std::uint32_t id) {
+  std::vector<std::uint32_t> devices;
+  const std::vector<DeviceRecord>& records = analysis.Devices();
+  for (std::uint32_t d = 0; d < records.size(); ++d) {
+    CArray<DEVICE_KVRXDEF_ITEM, DEVICE_KVRXDEF_ITEM&>& defs = records[d].device->m_DefArray;
     for (int i = 0; i < defs.GetSize(); ++i) {
       if (static_cast<std::uint32_t>(defs[i].m_DefID) == id) {
-        devices.push_back(At(place));
+        devices.push_back(d);
         break;
       }
     }
-    return false;
-  });
+  }
   return devices;
 }
 
-std::vector<unsigned> HiddenGenerations(const std::vector<DeviceAt>& devices, bool anyId, std::uint32_t id) {
+std::vector<unsigned> HiddenGenerations(const Analysis& analysis, const std::vector<std::uint32_t>& devices, bool anyId,
+                                        std::uint32_t id) {
   std::vector<unsigned> generations;
-  for (const DeviceAt& at : devices) {
-    for (int i = 0; i < at.device->m_DefArray.GetSize(); ++i) {
-      const DEVICE_KVRXDEF_ITEM& def = at.device->m_DefArray[i];
+  for (std::uint32_t device : devices) {
+    const CArray<DEVICE_KVRXDEF_ITEM, DEVICE_KVRXDEF_ITEM&>& defs = analysis.Devices()[device].device->m_DefArray;
+    for (int i = 0; i < defs.GetSize(); ++i) {
+      const DEVICE_KVRXDEF_ITEM& def = defs[i];
       if (!def.IsHidden() || (!anyId && static_cast<std::uint32_t>(def.m_DefID) != id)) continue;
       const unsigned generation = def.m_KvrType;
       if (std::find(generations.begin(), generations.end(), generation) == generations.end()) {

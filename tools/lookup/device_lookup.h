@@ -1,5 +1,5 @@
 // Finding devices in the catalogue by name or by definition id, the same
-// for every command.
+// for every command. A device is named by its record in the analysis.
 #ifndef DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_
 #define DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_
 
@@ -8,23 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "devdef/devdef.h"
+#include "tools/analysis/analysis.h"
 #include "tools/lookup/name_match.h"
 
-// A device with its kind and manufacturer and their places in their lists.
-struct DeviceAt {
-  POSITION kindPos;
-  POSITION manufPos;
-  TAG_KIND_OF_DEVICE* kind;
-  TAG_DEVICE_MANUF* manuf;
-  DEVICE_ITEM* device;
-};
-
-// What a name or pattern found: the devices it names, in catalogue order,
-// else the closest ones.
+// What a name or pattern found: the devices it names (their records), in
+// catalogue order, else the closest ones.
 struct DeviceLookup {
-  std::vector<DeviceAt> matches;
-  std::vector<DeviceAt> closest;  // when nothing matched and the argument has no wildcards; closest first
+  std::vector<std::uint32_t> matches;
+  std::vector<std::uint32_t> closest;  // when nothing matched and the argument has no wildcards; closest first
 };
 
 // The devices named by pattern, their names decoded with the run's
@@ -32,20 +23,21 @@ struct DeviceLookup {
 // none, those it matches as a pattern. With allFields a device's kind and
 // manufacturer count as names of it. When nothing matches and the argument
 // has no wildcards, up to closestCount devices with the closest names. One
-// walk of the catalogue.
-DeviceLookup LookUpDevices(KCDeviceDefCtrl& ctrl, const NamePattern& pattern, bool allFields, size_t closestCount);
+// walk over the records.
+DeviceLookup LookUpDevices(const Analysis& analysis, const NamePattern& pattern, bool allFields, size_t closestCount);
 
 // The visible definition with this id as the library's look-up finds it:
-// its device into at and its index in the device's m_DefArray into index;
-// false when no visible definition has the id.
-bool FindVisibleDefinition(KCDeviceDefCtrl& ctrl, std::uint32_t id, DeviceAt* at, int* index);
+// its device's record into device and its index in the device's
+// m_DefArray into index; false when no visible definition has the id.
+bool FindVisibleDefinition(Analysis& analysis, std::uint32_t id, std::uint32_t* device, int* index);
 
 // Every device with a definition of this id, visible or hidden, in
 // catalogue order.
-std::vector<DeviceAt> DevicesWithId(KCDeviceDefCtrl& ctrl, std::uint32_t id);
+std::vector<std::uint32_t> DevicesWithId(const Analysis& analysis, std::uint32_t id);
 
 // The generations of the hidden definitions of the devices (those with id
 // only, unless anyId), each once, in the order they first stand.
-std::vector<unsigned> HiddenGenerations(const std::vector<DeviceAt>& devices, bool anyId, std::uint32_t id);
+std::vector<unsigned> HiddenGenerations(const Analysis& analysis, const std::vector<std::uint32_t>& devices, bool anyId,
+                                        std::uint32_t id);
 
 #endif  // DEVDEF_TOOLS_LOOKUP_DEVICE_LOOKUP_H_

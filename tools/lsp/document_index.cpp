@@ -1,50 +1,50 @@
 #include "tools/lsp/document_index.h"
 
 #include <algorithm>
+#include <vector>
 
-DocumentIndex::DocumentIndex(Analysis& analysis) {
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& kinds = analysis.Controller().getDeviceList();
-  for (POSITION k = kinds.GetHeadPosition(); k != nullptr;) {
-    const TextRange* kindPlace = analysis.KindPlace(k);
-    TAG_KIND_OF_DEVICE& kind = kinds.GetNext(k);
-    if (kindPlace != nullptr) m_places.push_back(IndexedPlace{IndexedPlace::kKind, kindPlace, &kind});
-    if (kind.m_pManufList == nullptr) continue;
-    for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-      const TextRange* manufPlace = analysis.ManufacturerPlace(m);
-      TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-      if (manufPlace != nullptr) {
-        m_places.push_back(IndexedPlace{IndexedPlace::kManufacturer, manufPlace, &kind, &manuf});
-      }
-      if (manuf.m_pDeviceList == nullptr) continue;
-      for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-        DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-        const DevicePlace* place = analysis.PlaceOf(device);
-        if (place == nullptr) continue;
-        m_places.push_back(IndexedPlace{IndexedPlace::kDevice, &place->name, &kind, &manuf, &device});
-        for (size_t i = 0; i < place->definitions.size(); ++i) {
-          m_places.push_back(IndexedPlace{IndexedPlace::kDefinition, &place->definitions[i], &kind, &manuf, &device,
-                                          static_cast<int>(i)});
-        }
-      }
-    }
-  }
-  for (int list = 0; list < 3; ++list) {
-    const std::vector<TextRange>& entries = analysis.ListPlace(list).entries;
-    for (size_t i = 0; i < entries.size(); ++i) {
-      m_places.push_back(
-          IndexedPlace{IndexedPlace::kListEntry, &entries[i], nullptr, nullptr, nullptr, static_cast<int>(i), list});
-    }
-  }
-  std::stable_sort(m_places.begin(), m_places.end(),
-                   [](const IndexedPlace& a, const IndexedPlace& b) { return a.range->begin < b.range->begin; });
+namespace {
+
+// The record of records whose span holds offset, found by the span that
+// spanOf gives each; false when none does.
+template <class Record, class SpanOf>
+bool Holding(const std::vector<Record>& records, size_t offset, SpanOf spanOf, std::uint32_t* found) {
+  auto after = std::upper_bound(records.begin(), records.end(), offset,
+                                [&spanOf](size_t at, const Record& record) { return at < spanOf(record).begin; });
+  if (after == records.begin()) return false;
+  const Record& record = *(after - 1);
+  if (offset >= spanOf(record).end) return false;
+  *found = static_cast<std::uint32_t>(after - 1 - records.begin());
+  return true;
 }
 
-const IndexedPlace* DocumentIndex::At(size_t offset) const {
-  auto after = std::upper_bound(m_places.begin(), m_places.end(), offset,
-                                [](size_t at, const IndexedPlace& place) { return at < place.range->begin; });
-  if (after == m_places.begin()) return nullptr;
-  const IndexedPlace& place = *(after - 1);
-  return offset < place.range->end ? &place : nullptr;
+}  // namespace
+
+bool DocumentIndex::At(size_t offset, IndexedPlace* place) const {
+  std::uint32_t record = 0;
+  if (Holding(m_analysis.Definitions(), offset, [](const DefinitionRecord& r) { return r.line; }, &record)) {
+    *place = IndexedPlace{IndexedPlace::kDefinition, m_analysis.Definitions()[record].line, record};
+    return true;
+  }
+  if (Holding(m_analysis.Devices(), offset, [](const DeviceRecord& r) { return r.name; }, &record)) {
+    *place = IndexedPlace{IndexedPlace::kDevice, m_analysis.Devices()[record].name, record};
+    return true;
+  }
+  if (Holding(m_analysis.Manufacturers(), offset, [](const ManufacturerRecord& r) { return r.name; }, &record)) {
+    *place = IndexedPlace{IndexedPlace::kManufacturer, m_analysis.Manufacturers()[record].name, record};
+    return true;
+  }
+  if (Holding(m_analysis.Kinds(), offset, [](const KindRecord& r) { return r.name; }, &record)) {
+    *place = IndexedPlace{IndexedPlace::kKind, m_analysis.Kinds()[record].name, record};
+    return true;
+  }
+  for (int list = 0; list < 3; ++list) {
+    if (Holding(m_analysis.ListEntries(list), offset, [](const ByteSpan& span) { return span; }, &record)) {
+      *place = IndexedPlace{IndexedPlace::kListEntry, m_analysis.ListEntries(list)[record], record, list};
+      return true;
+    }
+  }
+  return false;
 }
 
 const char* ListKeyword(int list) {

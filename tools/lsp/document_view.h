@@ -8,7 +8,6 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
-#include "tools/analysis/read_replay.h"
 #include "tools/lsp/document_index.h"
 #include "tools/lsp/protocol/text_positions.h"
 

@@ -35,7 +35,7 @@ json NameList(const CStringArray& list) {
   return names;
 }
 
-json LineOf(const TextRange* place) { return place != nullptr ? json(place->start.line) : json(nullptr); }
+json LineOf(const Analysis& analysis, ByteSpan place) { return json(analysis.Map().PointOf(place.begin).line); }
 
 // The package name of a visible definition, as its device gives it. The
 // device finds a definition by its visible index with a walk over its
@@ -51,8 +51,9 @@ const char* PackageNameOf(DEVICE_KVRXDEF_ITEM& def) {
 
 // The definition at index, which is the visible-th visible one of its
 // device, or hidden when visible is -1.
-json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int visible) {
-  DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[index];
+json DefinitionAt(const Analysis& analysis, std::uint32_t device, int index, int visible) {
+  const std::uint32_t record = analysis.Devices()[device].firstDefinition + static_cast<std::uint32_t>(index);
+  DEVICE_KVRXDEF_ITEM& def = analysis.DefinitionOf(record);
   json packages = json::array();
   for (int i = 0; i < def.m_PackageIds.GetSize(); ++i) {
     packages.push_back(Named(def.m_PackageIds[i], DEVICE_ITEM::GetPackageName(def.m_PackageIds[i])));
@@ -80,27 +81,30 @@ json DefinitionAt(const Analysis& analysis, DEVICE_ITEM& device, int index, int 
   item["values"] = std::move(values);
   PutShownText(item, "text", def.m_DefLine);
   item["marks"] = Marks(def.m_MarkFlags);
-  item["line"] = LineOf(analysis.DefinitionPlace(device, index));
+  item["line"] = LineOf(analysis, analysis.Definitions()[record].line);
   return item;
 }
 
 }  // namespace
 
-json KindJson(const Analysis& analysis, POSITION kindPos, const TAG_KIND_OF_DEVICE& kind) {
+json KindJson(const Analysis& analysis, std::uint32_t kind) {
+  const KindRecord& record = analysis.Kinds()[kind];
   json item = json::object();
-  PutShownText(item, "name", kind.m_Name);
-  item["line"] = LineOf(analysis.KindPlace(kindPos));
+  PutShownText(item, "name", record.kind->m_Name);
+  item["line"] = LineOf(analysis, record.name);
   return item;
 }
 
-json ManufacturerJson(const Analysis& analysis, POSITION manufPos, const TAG_DEVICE_MANUF& manuf) {
+json ManufacturerJson(const Analysis& analysis, std::uint32_t manufacturer) {
+  const ManufacturerRecord& record = analysis.Manufacturers()[manufacturer];
   json item = json::object();
-  PutShownText(item, "name", manuf.m_Name);
-  item["line"] = LineOf(analysis.ManufacturerPlace(manufPos));
+  PutShownText(item, "name", record.manufacturer->m_Name);
+  item["line"] = LineOf(analysis, record.name);
   return item;
 }
 
-json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index) {
+json DefinitionJson(const Analysis& analysis, std::uint32_t record, int index) {
+  DEVICE_ITEM& device = *analysis.Devices()[record].device;
   int visible = -1;
   if (!device.m_DefArray[index].IsHidden()) {
     visible = 0;
@@ -108,10 +112,11 @@ json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index) {
       if (!device.m_DefArray[i].IsHidden()) ++visible;
     }
   }
-  return DefinitionAt(analysis, device, index, visible);
+  return DefinitionAt(analysis, record, index, visible);
 }
 
-json DeviceJson(const Analysis& analysis, const DeviceAt& at) {
+json DeviceJson(const Analysis& analysis, std::uint32_t record) {
+  const DeviceRecord& at = analysis.Devices()[record];
   DEVICE_ITEM& device = *at.device;
   json housings = json::array();
   for (int i = 0; i < device.m_HousingIds.GetSize(); ++i) {
@@ -121,15 +126,14 @@ json DeviceJson(const Analysis& analysis, const DeviceAt& at) {
   int visible = 0;
   for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
     const bool hidden = device.m_DefArray[i].IsHidden();
-    definitions.push_back(DefinitionAt(analysis, device, i, hidden ? -1 : visible));
+    definitions.push_back(DefinitionAt(analysis, record, i, hidden ? -1 : visible));
     if (!hidden) ++visible;
   }
   json item = json::object();
   PutShownText(item, "name", device.m_DeviceName);
-  const DevicePlace* place = analysis.PlaceOf(device);
-  item["line"] = place != nullptr ? json(place->name.start.line) : json(nullptr);
-  item["kind"] = KindJson(analysis, at.kindPos, *at.kind);
-  item["manufacturer"] = ManufacturerJson(analysis, at.manufPos, *at.manuf);
+  item["line"] = LineOf(analysis, at.name);
+  item["kind"] = KindJson(analysis, analysis.Manufacturers()[at.manufacturer].kind);
+  item["manufacturer"] = ManufacturerJson(analysis, at.manufacturer);
   item["marks"] = Marks(device.m_DeviceFlags);
   item["housings"] = std::move(housings);
   item["visible_definitions"] = device.GetNumDevDefs();
@@ -137,17 +141,17 @@ json DeviceJson(const Analysis& analysis, const DeviceAt& at) {
   return item;
 }
 
-json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices) {
+json DevicesJson(const Analysis& analysis, const std::vector<std::uint32_t>& devices) {
   json array = json::array();
-  for (const DeviceAt& at : devices) array.push_back(DeviceJson(analysis, at));
+  for (std::uint32_t device : devices) array.push_back(DeviceJson(analysis, device));
   return array;
 }
 
 void PrintDevicesJson(std::FILE* out, json document, const char* key, const Analysis& analysis,
-                      const std::vector<DeviceAt>& devices) {
+                      const std::vector<std::uint32_t>& devices) {
   JsonStream stream(out);
   stream.OpenObject(std::move(document), key);
-  for (const DeviceAt& at : devices) stream.Element(DeviceJson(analysis, at));
+  for (std::uint32_t device : devices) stream.Element(DeviceJson(analysis, device));
   stream.CloseObject();
 }
 
@@ -159,27 +163,18 @@ json TreeFrame(const Analysis& analysis) {
   return tree;
 }
 
-void WalkTree(Analysis& analysis, TreeVisitor& visitor) {
-  // Walks the lists themselves: kinds and manufacturers without devices are
-  // part of the tree too.
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = analysis.Controller().getDeviceList();
-  for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
-    const POSITION kindPos = k;
-    TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
-    visitor.Kind(KindJson(analysis, kindPos, kind));
-    if (kind.m_pManufList != nullptr) {
-      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-        const POSITION manufPos = m;
-        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-        visitor.Manufacturer(ManufacturerJson(analysis, manufPos, manuf));
-        if (manuf.m_pDeviceList != nullptr) {
-          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-            visitor.Device(DeviceJson(analysis, DeviceAt{kindPos, manufPos, &kind, &manuf, &device}));
-          }
-        }
-        visitor.EndManufacturer();
+void WalkTree(const Analysis& analysis, TreeVisitor& visitor) {
+  // Kinds and manufacturers without devices are part of the tree too.
+  for (std::uint32_t k = 0; k < analysis.Kinds().size(); ++k) {
+    const KindRecord& kind = analysis.Kinds()[k];
+    visitor.Kind(KindJson(analysis, k));
+    for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+      const ManufacturerRecord& manufacturer = analysis.Manufacturers()[m];
+      visitor.Manufacturer(ManufacturerJson(analysis, m));
+      for (std::uint32_t d = manufacturer.firstDevice; d < manufacturer.firstDevice + manufacturer.deviceCount; ++d) {
+        visitor.Device(DeviceJson(analysis, d));
       }
+      visitor.EndManufacturer();
     }
     visitor.EndKind();
   }

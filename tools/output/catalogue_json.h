@@ -6,31 +6,31 @@
 #ifndef DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_
 #define DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_
 
+#include <cstdint>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <vector>
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
-#include "tools/lookup/device_lookup.h"
 
-// A kind or a manufacturer: {"name", "line"}.
-nlohmann::json KindJson(const Analysis& analysis, POSITION kindPos, const TAG_KIND_OF_DEVICE& kind);
-nlohmann::json ManufacturerJson(const Analysis& analysis, POSITION manufPos, const TAG_DEVICE_MANUF& manuf);
+// A kind or a manufacturer of its record: {"name", "line"}.
+nlohmann::json KindJson(const Analysis& analysis, std::uint32_t kind);
+nlohmann::json ManufacturerJson(const Analysis& analysis, std::uint32_t manufacturer);
 // The definition at index of the device's m_DefArray: {"id", "generation",
 // "hidden", "visible_index" (null when hidden), "packages", "package_name",
 // "module", "adapters", "values", "text", "marks", "line"}.
-nlohmann::json DefinitionJson(const Analysis& analysis, DEVICE_ITEM& device, int index);
+nlohmann::json DefinitionJson(const Analysis& analysis, std::uint32_t device, int index);
 // A device: {"name", "line", "kind", "manufacturer", "marks", "housings",
 // "visible_definitions", "definitions"}, with all its definitions.
-nlohmann::json DeviceJson(const Analysis& analysis, const DeviceAt& at);
+nlohmann::json DeviceJson(const Analysis& analysis, std::uint32_t device);
 // An array of the devices.
-nlohmann::json DevicesJson(const Analysis& analysis, const std::vector<DeviceAt>& devices);
+nlohmann::json DevicesJson(const Analysis& analysis, const std::vector<std::uint32_t>& devices);
 // Prints document with its field key holding the devices' objects, byte
 // for byte as the whole document would print, one device in memory at a
 // time.
 void PrintDevicesJson(std::FILE* out, nlohmann::json document, const char* key, const Analysis& analysis,
-                      const std::vector<DeviceAt>& devices);
+                      const std::vector<std::uint32_t>& devices);
 
 // The frame of the whole catalogue's document: the document frame with the
 // header lists "packages", "adapters" and "modules" as numbered names. Its
@@ -52,6 +52,6 @@ class TreeVisitor {
 };
 
 // Walks the catalogue, one device's object in memory at a time.
-void WalkTree(Analysis& analysis, TreeVisitor& visitor);
+void WalkTree(const Analysis& analysis, TreeVisitor& visitor);
 
 #endif  // DEVDEF_TOOLS_OUTPUT_CATALOGUE_JSON_H_

@@ -7,8 +7,9 @@ using nlohmann::json;
 
 namespace {
 
-// The range's fields, into object.
-void AddRange(json& object, const TextRange& range) {
+// The span's place, into object.
+void AddRange(json& object, const SourceMap& map, ByteSpan span) {
+  const TextRange range = map.RangeOf(span);
   object["line"] = range.start.line;
   object["column"] = range.start.column;
   object["end_line"] = range.stop.line;
@@ -17,27 +18,28 @@ void AddRange(json& object, const TextRange& range) {
 
 }  // namespace
 
-json FindingsJson(json frame, const std::vector<const Finding*>& findings) {
+json FindingsJson(json frame, const Analysis& analysis, const Findings& findings, const std::vector<const Finding*>& shown) {
+  const SourceMap& map = analysis.Map();
   json list = json::array();
-  for (const Finding* finding : findings) {
+  for (const Finding* finding : shown) {
     json related = json::array();
-    for (const RelatedPlace& place : finding->related) {
+    for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
       json item = json::object();
-      AddRange(item, place.range);
-      PutShownText(item, "message", place.message);
-      item["cause"] = place.cause;
+      AddRange(item, map, place->span);
+      PutShownText(item, "message", analysis.MessageOf(place->says, findings));
+      item["cause"] = place->cause;
       related.push_back(std::move(item));
     }
     json item = json::object();
-    AddRange(item, finding->range);
+    AddRange(item, map, finding->span);
     item["severity"] = SeverityName(finding->severity);
-    item["kind"] = finding->kind->id;
-    PutShownText(item, "message", finding->message);
+    item["kind"] = InfoOf(finding->kind).id;
+    PutShownText(item, "message", analysis.MessageOf(*finding, findings));
     item["count"] = finding->count;
     item["related"] = std::move(related);
     list.push_back(std::move(item));
   }
-  const SeverityCounts counts = CountSeverities(findings);
+  const SeverityCounts counts = CountSeverities(shown);
   frame["findings"] = std::move(list);
   frame["summary"] = {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
   return frame;
@@ -45,8 +47,8 @@ json FindingsJson(json frame, const std::vector<const Finding*>& findings) {
 
 json FindingKindsJson() {
   json kinds = json::array();
-  for (const FindingKind& kind : AllFindingKinds()) {
-    kinds.push_back(json{{"id", kind.id}, {"severity", SeverityName(kind.severity)}, {"help", kind.help}});
+  for (const FindingInfo& info : AllFindingKinds()) {
+    kinds.push_back(json{{"id", info.id}, {"severity", SeverityName(info.severity)}, {"help", info.explanation}});
   }
   return json{{"schema", kJsonSchema}, {"kinds", std::move(kinds)}};
 }

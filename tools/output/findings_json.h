@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "tools/analysis/finding.h"
+#include "tools/analysis/analysis.h"
 
 // The document frame (tools/output/json_document.h) with "findings": [{"line",
 // "column", "end_line", "end_column", "severity", "kind", "message", "count",
 // "related": [{"line", "column", "end_line", "end_column", "message",
 // "cause"}]}] and "summary": {"errors", "warnings", "notes"}; messages
 // decoded with the run's encoding, without the count.
-nlohmann::json FindingsJson(nlohmann::json frame, const std::vector<const Finding*>& findings);
+nlohmann::json FindingsJson(nlohmann::json frame, const Analysis& analysis, const Findings& findings,
+                            const std::vector<const Finding*>& shown);
 
 // {"schema", "kinds": [{"id", "severity", "help"}]}, every kind in its fixed
 // order.

@@ -1,7 +1,6 @@
 #include "tools/output/sarif_output.h"
 
 #include <cstring>
-#include <unordered_map>
 
 #include "tools/diagnostics/finding_text.h"
 #include "tools/text/text_encoding.h"
@@ -15,17 +14,18 @@ const char* Level(Severity severity) { return SeverityName(severity); }
 
 json Rules() {
   json rules = json::array();
-  for (const FindingKind& kind : AllFindingKinds()) {
-    rules.push_back(json{{"id", kind.id},
-                         {"shortDescription", {{"text", kind.help}}},
-                         {"help", {{"text", kind.help}}},
-                         {"defaultConfiguration", {{"level", Level(kind.severity)}}}});
+  for (const FindingInfo& info : AllFindingKinds()) {
+    rules.push_back(json{{"id", info.id},
+                         {"shortDescription", {{"text", info.explanation}}},
+                         {"help", {{"text", info.explanation}}},
+                         {"defaultConfiguration", {{"level", Level(info.severity)}}}});
   }
   return rules;
 }
 
-// A place in the file: the run's artifact 0 and the range as a region.
-json PhysicalLocation(const std::string& uri, const TextRange& range) {
+// A place in the file: the run's artifact 0 and the span as a region.
+json PhysicalLocation(const std::string& uri, const SourceMap& map, ByteSpan span) {
+  const TextRange range = map.RangeOf(span);
   json location = {{"artifactLocation", {{"uri", uri}, {"index", 0}}}};
   // Lines and columns start at 1; a place without them has no region.
   if (range.start.line >= 1 && range.start.column >= 1) {
@@ -57,24 +57,25 @@ std::string PathToUri(const std::string& path) {
   return uri;
 }
 
-json SarifLog(const std::string& file, const std::vector<const Finding*>& findings) {
+json SarifLog(const std::string& file, const Analysis& analysis, const Findings& findings,
+              const std::vector<const Finding*>& shown) {
   const std::string uri = PathToUri(file);
-  std::unordered_map<std::string, int> ruleIndex;
-  for (const FindingKind& kind : AllFindingKinds()) ruleIndex.emplace(kind.id, static_cast<int>(ruleIndex.size()));
+  const SourceMap& map = analysis.Map();
   json results = json::array();
-  for (const Finding* finding : findings) {
-    json result = {{"ruleId", finding->kind->id},
-                   {"ruleIndex", ruleIndex.at(finding->kind->id)},
+  for (const Finding* finding : shown) {
+    json result = {{"ruleId", InfoOf(finding->kind).id},
+                   {"ruleIndex", static_cast<int>(finding->kind)},
                    {"level", Level(finding->severity)},
-                   {"message", {{"text", FindingMessage(*finding)}}},
-                   {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, finding->range)}}})},
+                   {"message", {{"text", FindingMessage(analysis, findings, *finding)}}},
+                   {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, map, finding->span)}}})},
                    {"occurrenceCount", finding->count}};
-    if (!finding->related.empty()) {
+    if (finding->relatedCount > 0) {
       json related = json::array();
-      for (const RelatedPlace& place : finding->related) {
+      for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding);
+           ++place) {
         related.push_back(json{{"id", related.size()},
-                               {"physicalLocation", PhysicalLocation(uri, place.range)},
-                               {"message", {{"text", ShownText(place.message)}}}});
+                               {"physicalLocation", PhysicalLocation(uri, map, place->span)},
+                               {"message", {{"text", RelatedMessage(analysis, findings, *place)}}}});
       }
       result["relatedLocations"] = std::move(related);
     }

@@ -52,8 +52,8 @@ BufferEncoding EncodeBuffer(std::string& text) {
   return BufferEncoding::kWindows1252;
 }
 
-std::string DecodeBuffer(BufferEncoding encoding, const std::string& bytes) {
-  if (encoding == BufferEncoding::kUtf8) return bytes;
+std::string DecodeBuffer(BufferEncoding encoding, std::string_view bytes) {
+  if (encoding == BufferEncoding::kUtf8) return std::string(bytes);
   std::string out;
   AppendDecoded(TextEncoding::kWindows1252, bytes.data(), bytes.size(), &out);
   return out;

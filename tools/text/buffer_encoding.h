@@ -21,6 +21,6 @@ enum class BufferEncoding {
 BufferEncoding EncodeBuffer(std::string& text);
 
 // Bytes of a document in encoding as UTF-8.
-std::string DecodeBuffer(BufferEncoding encoding, const std::string& bytes);
+std::string DecodeBuffer(BufferEncoding encoding, std::string_view bytes);
 
 #endif  // DEVDEF_TOOLS_TEXT_BUFFER_ENCODING_H_

@@ -54,7 +54,7 @@ const char* TextEncodingName(TextEncoding encoding) {
   return "latin1";
 }
 
-TextEncoding DetectTextEncoding(const std::string& bytes) {
+TextEncoding DetectTextEncoding(std::string_view bytes) {
   const char* data = bytes.data();
   const size_t length = bytes.size();
   size_t i = 0;

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "devdef/devdef.h"
 
@@ -24,7 +25,7 @@ const char* TextEncodingName(TextEncoding encoding);
 // for: UTF-8 when they are well-formed UTF-8 but for the mark bytes 0xB0
 // and 0xDF that open a device name or a definition line, which are no
 // text; else Windows-1252.
-TextEncoding DetectTextEncoding(const std::string& bytes);
+TextEncoding DetectTextEncoding(std::string_view bytes);
 
 // Appends bytes decoded as encoding to out as UTF-8. Windows-1252 maps its
 // five unassigned bytes (0x81, 0x8D, 0x8F, 0x90, 0x9D) to the control

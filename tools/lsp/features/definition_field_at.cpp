@@ -1,55 +1,24 @@
 #include "tools/lsp/features/definition_field_at.h"
 
-namespace {
+#include <string>
 
-// The number the reader stored for a field, and the mask it compares with.
-bool StoredValue(const DEVICE_KVRXDEF_ITEM& def, const DefinitionField& field, unsigned long* value,
-                 unsigned long* mask) {
-  *mask = 0xFFFFFFFF;
-  switch (field.kind) {
-    case DefinitionField::kId:
-      *value = def.m_DefID;
-      return true;
-    case DefinitionField::kPackage:
-      if (field.index >= def.m_PackageIds.GetSize()) return false;
-      *value = def.m_PackageIds[field.index];
-      *mask = 0xFFFF;
-      return true;
-    case DefinitionField::kModule:
-      *value = def.m_ModulId;
-      return true;
-    case DefinitionField::kAdapter:
-      if (field.index >= def.m_AdapterIds.GetSize()) return false;
-      *value = def.m_AdapterIds[field.index];
-      *mask = 0xFFFF;
-      return true;
-    case DefinitionField::kValue:
-      if (field.index < 0 || field.index >= 11) return false;
-      *value = def.m_DefValues[field.index];
-      return true;
-  }
-  return false;
-}
+#include "devdef/platform/number_scan.h"
 
-int ListOf(DefinitionField::Kind kind) {
-  switch (kind) {
-    case DefinitionField::kPackage:
+int ListOfField(int field) {
+  switch (field) {
+    case kDevdefFieldPackage:
       return 0;
-    case DefinitionField::kAdapter:
+    case kDevdefFieldAdapter:
       return 1;
-    case DefinitionField::kModule:
+    case kDevdefFieldModule:
       return 2;
     default:
       return -1;
   }
 }
 
-}  // namespace
-
-int DefinitionLayout(int analysisLayout) { return analysisLayout == 2 || analysisLayout == 7 ? analysisLayout : 1; }
-
-ByteSpan KeywordSpan(const std::string& bytes, ByteSpan line, int layout) {
-  size_t end = line.begin;
+ByteSpan KeywordSpan(std::string_view bytes, ByteSpan line, int layout) {
+  std::uint32_t end = line.begin;
   if (layout == 7 && end < line.end) {
     const unsigned char first = static_cast<unsigned char>(bytes[end]);
     if (first == 0xB0 || first == 0xDF) ++end;
@@ -58,27 +27,18 @@ ByteSpan KeywordSpan(const std::string& bytes, ByteSpan line, int layout) {
   return ByteSpan{line.begin, end};
 }
 
-std::vector<StoredField> StoredFields(const std::string& bytes, ByteSpan line, int layout,
-                                      const DEVICE_KVRXDEF_ITEM& def) {
-  const std::vector<DefinitionField> fields = SplitDefinitionFields(bytes, line, layout);
-  std::vector<StoredField> out;
-  out.reserve(fields.size());
-  for (const DefinitionField& field : fields) {
-    StoredField stored;
-    stored.field = field;
-    stored.list = ListOf(field.kind);
-    unsigned long mask = 0;
-    stored.stored = StoredValue(def, field, &stored.value, &mask);
-    stored.asWritten =
-        stored.stored && FindField(fields, bytes, field.kind, field.index, stored.value, mask) != nullptr;
-    out.push_back(stored);
-  }
-  return out;
+bool ShowsItsNumber(std::string_view bytes, const FieldRecord& field) {
+  if (field.taken != field.word) return false;
+  const std::string word(bytes.substr(field.word.begin, field.word.end - field.word.begin));
+  unsigned int number = 0;
+  if (DevdefScanNumber(word.c_str(), false, &number, nullptr) == nullptr) return false;
+  const DWORD mask = ListOfField(field.field) == 0 || ListOfField(field.field) == 1 ? 0xFFFF : 0xFFFFFFFF;
+  return (number & mask) == (field.value & mask);
 }
 
-const StoredField* FieldAt(const std::vector<StoredField>& fields, size_t offset) {
-  for (const StoredField& field : fields) {
-    if (field.field.span.begin <= offset && offset < field.field.span.end) return &field;
+const FieldRecord* FieldAt(const std::vector<FieldRecord>& fields, size_t offset) {
+  for (const FieldRecord& field : fields) {
+    if (field.word.begin <= offset && offset < field.word.end) return &field;
   }
   return nullptr;
 }

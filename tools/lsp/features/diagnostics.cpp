@@ -1,7 +1,5 @@
 #include "tools/lsp/features/diagnostics.h"
 
-#include <cstring>
-
 #include "tools/lsp/protocol/json_text.h"
 #include "tools/lsp/protocol/text_positions.h"
 
@@ -9,14 +7,17 @@ namespace {
 
 void AppendString(std::string& out, const std::string& text) { AppendJsonString(out, text); }
 
-// Where the diagnostics go: the document and how its bytes are shown.
+// Where the diagnostics go: the document, its analysis and how its bytes
+// are shown.
 struct Target {
   std::string& out;
   const std::string& uri;
+  const Analysis& analysis;
   const PositionConverter& positions;
   BufferEncoding encoding;
 
   void Text(const std::string& bytes) { AppendString(out, DecodeBuffer(encoding, bytes)); }
+  void Range(ByteSpan span) { AppendJsonRange(out, positions, analysis.Map().RangeOf(span)); }
 };
 
 // The protocol's severity: Error 1, Warning 2, Information 3.
@@ -34,26 +35,28 @@ int SeverityNumber(Severity severity) {
 
 void AppendDiagnostic(Target& target, const Finding& finding) {
   std::string& out = target.out;
-  const PositionConverter& positions = target.positions;
+  const Analysis& analysis = target.analysis;
   out += "{\"range\":";
-  AppendJsonRange(out, positions, finding.range);
+  target.Range(finding.span);
   out += ",\"severity\":";
   AppendJsonNumber(out, SeverityNumber(finding.severity));
   out += ",\"code\":";
-  AppendString(out, finding.kind->id);
+  AppendString(out, InfoOf(finding.kind).id);
   out += ",\"source\":\"devdef\",\"message\":";
-  target.Text(finding.count > 1 ? finding.message + " (" + std::to_string(finding.count) + " times)" : finding.message);
-  if (!finding.related.empty()) {
+  const std::string message = analysis.MessageOf(finding);
+  target.Text(finding.count > 1 ? message + " (" + std::to_string(finding.count) + " times)" : message);
+  const Findings& findings = analysis.FindingsOf();
+  if (finding.relatedCount > 0) {
     out += ",\"relatedInformation\":[";
-    for (size_t i = 0; i < finding.related.size(); ++i) {
-      const RelatedPlace& related = finding.related[i];
-      if (i > 0) out += ',';
+    for (const RelatedPlace* related = findings.RelatedBegin(finding); related != findings.RelatedEnd(finding);
+         ++related) {
+      if (related != findings.RelatedBegin(finding)) out += ',';
       out += "{\"location\":{\"uri\":";
       AppendString(out, target.uri);
       out += ",\"range\":";
-      AppendJsonRange(out, positions, related.range);
+      target.Range(related->span);
       out += "},\"message\":";
-      target.Text(related.message);
+      target.Text(analysis.MessageOf(related->says, findings));
       out += '}';
     }
     out += ']';
@@ -66,12 +69,12 @@ void AppendDiagnostic(Target& target, const Finding& finding) {
 void AppendUnusable(Target& target, const Analysis& analysis) {
   std::string& out = target.out;
   const Finding* noVersion = nullptr;
-  for (const Finding& finding : analysis.Findings()) {
-    if (std::strcmp(finding.kind->id, "no-version") == 0) noVersion = &finding;
+  for (const Finding& finding : analysis.FindingsOf().List()) {
+    if (finding.kind == FindingKind::kNoVersion) noVersion = &finding;
   }
   out += "{\"range\":";
   if (noVersion != nullptr) {
-    AppendJsonRange(out, target.positions, noVersion->range);
+    target.Range(noVersion->span);
   } else {
     out += "{\"start\":{\"line\":0,\"character\":0},\"end\":{\"line\":0,\"character\":0}}";
   }
@@ -95,11 +98,11 @@ std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version,
   out += ",\"diagnostics\":[";
   if (analysis != nullptr) {
     const PositionConverter positions(analysis->Bytes(), analysis->Map(), encoding);
-    Target target{out, uri, positions, encoding};
+    Target target{out, uri, *analysis, positions, encoding};
     if (!analysis->Usable()) {
       AppendUnusable(target, *analysis);
     } else {
-      const std::vector<Finding>& findings = analysis->Findings();
+      const std::vector<Finding>& findings = analysis->FindingsOf().List();
       out.reserve(out.size() + findings.size() * 200);
       for (size_t i = 0; i < findings.size(); ++i) {
         if (i > 0) out += ',';

@@ -22,8 +22,7 @@ struct Symbol {
   std::vector<Symbol> children;
 };
 
-Symbol MakeSymbol(std::string name, std::string detail, int kind, const TextRange& place) {
-  const ByteSpan span{place.begin, place.end};
+Symbol MakeSymbol(std::string name, std::string detail, int kind, ByteSpan span) {
   return Symbol{std::move(name), std::move(detail), kind, span, span, {}};
 }
 
@@ -34,53 +33,40 @@ void Adopt(Symbol& parent, Symbol child) {
   parent.children.push_back(std::move(child));
 }
 
-Symbol DeviceSymbol(const DocumentView& view, DEVICE_ITEM& device, const DevicePlace& place) {
+Symbol DeviceSymbol(const DocumentView& view, const DeviceRecord& record) {
+  DEVICE_ITEM& device = *record.device;
   Symbol symbol = MakeSymbol(
       view.Name(device.m_DeviceName),
       std::to_string(device.GetNumDevDefs()) + " of " + std::to_string(device.m_DefArray.GetSize()) + " visible",
-      kClass, place.name);
-  if (place.block.end > place.block.begin) symbol.extent.end = std::max(symbol.extent.end, place.block.end);
-  const int layout = DefinitionLayout(view.analysis.Layout());
-  for (size_t i = 0; i < place.definitions.size(); ++i) {
+      kClass, record.name);
+  if (record.block.end > record.block.begin) symbol.extent.end = std::max(symbol.extent.end, record.block.end);
+  for (std::uint32_t i = 0; i < record.definitionCount; ++i) {
+    const std::uint32_t definition = record.firstDefinition + i;
     const DEVICE_KVRXDEF_ITEM& def = device.m_DefArray[static_cast<int>(i)];
     std::string detail = "generation " + std::to_string(def.m_KvrType);
     if (def.IsHidden()) detail += ", hidden in " + std::to_string(view.generation);
-    const TextRange& line = place.definitions[i];
-    Symbol definition = MakeSymbol("id " + std::to_string(def.m_DefID), detail, kField, line);
-    // The id is the definition's name, where the line shows it.
-    const std::vector<DefinitionField> fields =
-        SplitDefinitionFields(view.analysis.Bytes(), ByteSpan{line.begin, line.end}, layout);
-    const DefinitionField* id =
-        FindField(fields, view.analysis.Bytes(), DefinitionField::kId, 0, def.m_DefID, 0xFFFFFFFF);
-    if (id != nullptr) definition.selection = id->span;
-    Adopt(symbol, std::move(definition));
+    Symbol item = MakeSymbol("id " + std::to_string(def.m_DefID), detail, kField,
+                             view.analysis.Definitions()[definition].line);
+    // The id is the definition's name.
+    item.selection = view.analysis.IdWord(definition);
+    Adopt(symbol, std::move(item));
   }
   return symbol;
 }
 
 std::vector<Symbol> Outline(const DocumentView& view) {
+  const Analysis& analysis = view.analysis;
   std::vector<Symbol> kinds;
-  CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>& list = view.analysis.Controller().getDeviceList();
-  for (POSITION k = list.GetHeadPosition(); k != nullptr;) {
-    const TextRange* kindPlace = view.analysis.KindPlace(k);
-    TAG_KIND_OF_DEVICE& kind = list.GetNext(k);
-    if (kindPlace == nullptr) continue;
-    Symbol kindSymbol = MakeSymbol(view.Name(kind.m_Name), "kind", kNamespace, *kindPlace);
-    if (kind.m_pManufList != nullptr) {
-      for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr;) {
-        const TextRange* manufPlace = view.analysis.ManufacturerPlace(m);
-        TAG_DEVICE_MANUF& manuf = kind.m_pManufList->GetNext(m);
-        if (manufPlace == nullptr) continue;
-        Symbol manufSymbol = MakeSymbol(view.Name(manuf.m_Name), "manufacturer", kPackage, *manufPlace);
-        if (manuf.m_pDeviceList != nullptr) {
-          for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) {
-            DEVICE_ITEM& device = manuf.m_pDeviceList->GetNext(d);
-            const DevicePlace* place = view.analysis.PlaceOf(device);
-            if (place != nullptr) Adopt(manufSymbol, DeviceSymbol(view, device, *place));
-          }
-        }
-        Adopt(kindSymbol, std::move(manufSymbol));
+  for (const KindRecord& kind : analysis.Kinds()) {
+    Symbol kindSymbol = MakeSymbol(view.Name(kind.kind->m_Name), "kind", kNamespace, kind.name);
+    for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+      const ManufacturerRecord& manufacturer = analysis.Manufacturers()[m];
+      Symbol manufSymbol =
+          MakeSymbol(view.Name(manufacturer.manufacturer->m_Name), "manufacturer", kPackage, manufacturer.name);
+      for (std::uint32_t d = manufacturer.firstDevice; d < manufacturer.firstDevice + manufacturer.deviceCount; ++d) {
+        Adopt(manufSymbol, DeviceSymbol(view, analysis.Devices()[d]));
       }
+      Adopt(kindSymbol, std::move(manufSymbol));
     }
     kinds.push_back(std::move(kindSymbol));
   }
@@ -131,7 +117,8 @@ void AppendFlat(std::string& out, const DocumentView& view, const Symbol& symbol
 
 std::string DocumentSymbols(const DocumentView& view, bool hierarchical) {
   std::string out = "[";
-  out.reserve(view.index.Places().size() * 200);  // about what a symbol takes
+  // About what a symbol takes.
+  out.reserve((view.analysis.Devices().size() + view.analysis.Definitions().size()) * 200);
   const std::vector<Symbol> kinds = Outline(view);
   for (size_t i = 0; i < kinds.size(); ++i) {
     if (hierarchical) {

@@ -9,15 +9,14 @@ using nlohmann::json;
 json FoldingRanges(const DocumentView& view) {
   // 1-based first and last lines.
   std::vector<std::pair<long, long>> folds;
-  for (const IndexedPlace& place : view.index.Places()) {
-    if (place.kind != IndexedPlace::kDevice) continue;
-    const DevicePlace* device = view.analysis.PlaceOf(*place.device);
-    if (device == nullptr || device->block.end <= device->block.begin) continue;
-    folds.emplace_back(device->name.start.line, device->block.stop.line);
+  const SourceMap& map = view.analysis.Map();
+  for (const DeviceRecord& device : view.analysis.Devices()) {
+    if (device.block.end <= device.block.begin) continue;
+    folds.emplace_back(map.PointOf(device.name.begin).line, map.PointOf(device.block.end).line);
   }
   for (int list = 0; list < 3; ++list) {
-    const std::vector<TextRange>& entries = view.analysis.ListPlace(list).entries;
-    if (!entries.empty()) folds.emplace_back(entries.front().start.line, entries.back().stop.line);
+    const std::vector<ByteSpan>& entries = view.analysis.ListEntries(list);
+    if (!entries.empty()) folds.emplace_back(map.PointOf(entries.front().begin).line, map.PointOf(entries.back().end).line);
   }
   std::sort(folds.begin(), folds.end());
   json out = json::array();

@@ -3,14 +3,12 @@
 #include "tools/lsp/features/definition_field_at.h"
 
 nlohmann::json DefinitionAt(const DocumentView& view, size_t offset) {
-  const IndexedPlace* place = view.index.At(offset);
-  if (place == nullptr || place->kind != IndexedPlace::kDefinition) return nullptr;
-  const ByteSpan line{place->range->begin, place->range->end};
-  const std::vector<StoredField> fields = StoredFields(
-      view.analysis.Bytes(), line, DefinitionLayout(view.analysis.Layout()), place->device->m_DefArray[place->index]);
-  const StoredField* field = FieldAt(fields, offset);
-  if (field == nullptr || field->list < 0 || !field->stored) return nullptr;
-  const std::vector<TextRange>& entries = view.analysis.ListPlace(field->list).entries;
+  IndexedPlace place;
+  if (!view.index.At(offset, &place) || place.kind != IndexedPlace::kDefinition) return nullptr;
+  const std::vector<FieldRecord> fields = view.analysis.Fields(place.record);
+  const FieldRecord* field = FieldAt(fields, offset);
+  if (field == nullptr || ListOfField(field->field) < 0) return nullptr;
+  const std::vector<ByteSpan>& entries = view.analysis.ListEntries(ListOfField(field->field));
   if (field->value >= entries.size()) return nullptr;
-  return view.Location(entries[field->value]);
+  return view.Location(view.RangeOf(entries[field->value]));
 }

@@ -18,20 +18,21 @@ std::string Count(long count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// Definitions of a device: all of them and the visible ones.
+// Definitions of devices: all of them and the visible ones.
 struct DefinitionCounts {
   long all = 0;
   long visible = 0;
   long devices = 0;
 
-  void Add(DEVICE_ITEM& device) {
+  void AddDevice(const DeviceRecord& device) {
     ++devices;
-    all += device.m_DefArray.GetSize();
-    visible += device.GetNumDevDefs();
+    all += device.device->m_DefArray.GetSize();
+    visible += device.device->GetNumDevDefs();
   }
-  void Add(TAG_DEVICE_MANUF& manuf) {
-    if (manuf.m_pDeviceList == nullptr) return;
-    for (POSITION d = manuf.m_pDeviceList->GetHeadPosition(); d != nullptr;) Add(manuf.m_pDeviceList->GetNext(d));
+  void AddManufacturer(const Analysis& analysis, const ManufacturerRecord& manufacturer) {
+    for (std::uint32_t d = manufacturer.firstDevice; d < manufacturer.firstDevice + manufacturer.deviceCount; ++d) {
+      AddDevice(analysis.Devices()[d]);
+    }
   }
   std::string Text(int generation) const {
     return Count(all, "definition", "definitions") + ", " + std::to_string(visible) + " visible in generation " +
@@ -39,30 +40,34 @@ struct DefinitionCounts {
   }
 };
 
-std::string KindText(const DocumentView& view, TAG_KIND_OF_DEVICE& kind) {
+std::string KindText(const DocumentView& view, std::uint32_t record) {
+  const KindRecord& kind = view.analysis.Kinds()[record];
   DefinitionCounts counts;
-  long manufacturers = 0;
-  if (kind.m_pManufList != nullptr) {
-    for (POSITION m = kind.m_pManufList->GetHeadPosition(); m != nullptr; ++manufacturers) {
-      counts.Add(kind.m_pManufList->GetNext(m));
-    }
+  for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
+    counts.AddManufacturer(view.analysis, view.analysis.Manufacturers()[m]);
   }
-  return "kind " + RawName(kind.m_Name) + "\n" + Count(manufacturers, "manufacturer", "manufacturers") + ", " +
+  return "kind " + RawName(kind.kind->m_Name) + "\n" +
+         Count(static_cast<long>(kind.manufacturerCount), "manufacturer", "manufacturers") + ", " +
          Count(counts.devices, "device", "devices") + ", " + counts.Text(view.generation);
 }
 
-std::string ManufacturerText(const DocumentView& view, const IndexedPlace& place) {
+std::string ManufacturerText(const DocumentView& view, std::uint32_t record) {
+  const ManufacturerRecord& manufacturer = view.analysis.Manufacturers()[record];
   DefinitionCounts counts;
-  counts.Add(*place.manufacturer);
-  return "manufacturer " + RawName(place.manufacturer->m_Name) + " (" + RawName(place.kindItem->m_Name) + ")\n" +
+  counts.AddManufacturer(view.analysis, manufacturer);
+  return "manufacturer " + RawName(manufacturer.manufacturer->m_Name) + " (" +
+         RawName(view.analysis.Kinds()[manufacturer.kind].kind->m_Name) + ")\n" +
          Count(counts.devices, "device", "devices") + ", " + counts.Text(view.generation);
 }
 
-std::string DeviceText(const DocumentView& view, const IndexedPlace& place) {
+std::string DeviceText(const DocumentView& view, std::uint32_t record) {
+  const DeviceRecord& device = view.analysis.Devices()[record];
+  const ManufacturerRecord& manufacturer = view.analysis.Manufacturers()[device.manufacturer];
   DefinitionCounts counts;
-  counts.Add(*place.device);
-  return "device " + RawName(place.device->m_DeviceName) + " (" + RawName(place.kindItem->m_Name) + " / " +
-         RawName(place.manufacturer->m_Name) + ")\n" + counts.Text(view.generation);
+  counts.AddDevice(device);
+  return "device " + RawName(device.device->m_DeviceName) + " (" +
+         RawName(view.analysis.Kinds()[manufacturer.kind].kind->m_Name) + " / " +
+         RawName(manufacturer.manufacturer->m_Name) + ")\n" + counts.Text(view.generation);
 }
 
 std::string EntryText(const DocumentView& view, int list, unsigned long number) {
@@ -72,48 +77,49 @@ std::string EntryText(const DocumentView& view, int list, unsigned long number) 
            Count(static_cast<long>(names.size()), "entry", "entries") + ")";
   }
   std::string text = names[number] + "\nentry " + std::to_string(number) + " of " + ListKeyword(list);
-  const std::vector<TextRange>& entries = view.analysis.ListPlace(list).entries;
-  if (number < entries.size()) text += " (line " + std::to_string(entries[number].start.line) + ")";
+  const std::vector<ByteSpan>& entries = view.analysis.ListEntries(list);
+  if (number < entries.size()) text += " (line " + std::to_string(view.RangeOf(entries[number]).start.line) + ")";
   return text;
 }
 
-std::string FieldName(const DefinitionField& field) {
-  switch (field.kind) {
-    case DefinitionField::kId:
+std::string FieldName(const FieldRecord& field) {
+  switch (field.field) {
+    case kDevdefFieldId:
       return "id";
-    case DefinitionField::kPackage:
+    case kDevdefFieldPackage:
       return "package";
-    case DefinitionField::kModule:
+    case kDevdefFieldModule:
       return "module";
-    case DefinitionField::kAdapter:
+    case kDevdefFieldAdapter:
       return "adapter";
-    case DefinitionField::kValue:
+    case kDevdefFieldValue:
       return "value " + std::to_string(field.index + 1) + " of 11";
   }
   return "field";
 }
 
-std::string FieldText(const DocumentView& view, const StoredField& field) {
-  const std::string name = FieldName(field.field);
-  if (!field.stored) return name + ": not read";
-  std::string text = name + (field.field.kind == DefinitionField::kValue ? ": " : " ") + std::to_string(field.value);
-  if (field.list >= 0) text += ": " + EntryText(view, field.list, field.value);
-  if (field.list >= 0 && field.field.index > 0) {
-    text += "\n" + name + " " + std::to_string(field.field.index + 1) + " of the line";
-  }
-  if (!field.asWritten) {
-    const std::string& bytes = view.analysis.Bytes();
+std::string FieldText(const DocumentView& view, const FieldRecord& field) {
+  const std::string name = FieldName(field);
+  const int list = ListOfField(field.field);
+  std::string text = name + (field.field == kDevdefFieldValue ? ": " : " ") + std::to_string(field.value);
+  if (list >= 0) text += ": " + EntryText(view, list, field.value);
+  if (list >= 0 && field.index > 0) text += "\n" + name + " " + std::to_string(field.index + 1) + " of the line";
+  // A number its word does not show as it stands.
+  if (!ShowsItsNumber(view.analysis.Bytes(), field)) {
+    const std::string_view bytes = view.analysis.Bytes();
     text += "\nthe reader took " + std::to_string(field.value) + " from '" +
-            bytes.substr(field.field.span.begin, field.field.span.end - field.field.span.begin) + "'";
+            std::string(bytes.substr(field.word.begin, field.word.end - field.word.begin)) + "'";
   }
   return text;
 }
 
-std::string KeywordText(const DocumentView& view, const IndexedPlace& place, const DEVICE_KVRXDEF_ITEM& def) {
+std::string KeywordText(const DocumentView& view, std::uint32_t definition) {
+  const DEVICE_KVRXDEF_ITEM& def = view.analysis.DefinitionOf(definition);
+  const DEVICE_ITEM& device = *view.analysis.Devices()[view.analysis.Definitions()[definition].device].device;
   std::string text = "generation " + std::to_string(def.m_KvrType) + ": ";
   text += def.IsHidden() ? "hidden in generation " : "visible in generation ";
   text += std::to_string(view.generation) + ", the generation in force";
-  text += "\ndefinition " + std::to_string(def.m_DefID) + " of " + RawName(place.device->m_DeviceName);
+  text += "\ndefinition " + std::to_string(def.m_DefID) + " of " + RawName(device.m_DeviceName);
   return text;
 }
 
@@ -125,33 +131,30 @@ json Hover(const DocumentView& view, const std::string& text, const TextRange& r
 }  // namespace
 
 json HoverAt(const DocumentView& view, size_t offset) {
-  const IndexedPlace* place = view.index.At(offset);
-  if (place == nullptr) return nullptr;
-  switch (place->kind) {
+  IndexedPlace place;
+  if (!view.index.At(offset, &place)) return nullptr;
+  switch (place.kind) {
     case IndexedPlace::kKind:
-      return Hover(view, KindText(view, *place->kindItem), *place->range);
+      return Hover(view, KindText(view, place.record), view.RangeOf(place.span));
     case IndexedPlace::kManufacturer:
-      return Hover(view, ManufacturerText(view, *place), *place->range);
+      return Hover(view, ManufacturerText(view, place.record), view.RangeOf(place.span));
     case IndexedPlace::kDevice:
-      return Hover(view, DeviceText(view, *place), *place->range);
+      return Hover(view, DeviceText(view, place.record), view.RangeOf(place.span));
     case IndexedPlace::kListEntry: {
-      const std::vector<std::string>& names = view.analysis.ListNames(place->list);
-      const size_t number = static_cast<size_t>(place->index);
+      const std::vector<std::string>& names = view.analysis.ListNames(place.list);
+      const size_t number = place.record;
       return Hover(view,
-                   std::string(ListKeyword(place->list)) + " entry " + std::to_string(number) +
+                   std::string(ListKeyword(place.list)) + " entry " + std::to_string(number) +
                        (number < names.size() ? ": " + names[number] : std::string()),
-                   *place->range);
+                   view.RangeOf(place.span));
     }
     case IndexedPlace::kDefinition:
       break;
   }
-  const DEVICE_KVRXDEF_ITEM& def = place->device->m_DefArray[place->index];
-  const ByteSpan line{place->range->begin, place->range->end};
-  const int layout = DefinitionLayout(view.analysis.Layout());
-  const ByteSpan keyword = KeywordSpan(view.analysis.Bytes(), line, layout);
-  if (offset < keyword.end) return Hover(view, KeywordText(view, *place, def), view.RangeOf(keyword));
-  const std::vector<StoredField> fields = StoredFields(view.analysis.Bytes(), line, layout, def);
-  const StoredField* field = FieldAt(fields, offset);
+  const ByteSpan keyword = KeywordSpan(view.analysis.Bytes(), place.span, view.analysis.Layout());
+  if (offset < keyword.end) return Hover(view, KeywordText(view, place.record), view.RangeOf(keyword));
+  const std::vector<FieldRecord> fields = view.analysis.Fields(place.record);
+  const FieldRecord* field = FieldAt(fields, offset);
   if (field == nullptr) return nullptr;
-  return Hover(view, FieldText(view, *field), view.RangeOf(field->field.span));
+  return Hover(view, FieldText(view, *field), view.RangeOf(field->word));
 }

@@ -11,7 +11,7 @@ long UnitsOfByte(unsigned char c) { return (c & 0xC0) == 0x80 ? 0 : c >= 0xF0 ? 
 
 }  // namespace
 
-PositionConverter::PositionConverter(const std::string& bytes, const SourceMap& map, BufferEncoding encoding)
+PositionConverter::PositionConverter(std::string_view bytes, const SourceMap& map, BufferEncoding encoding)
     : m_bytes(bytes), m_map(map), m_singleByte(encoding == BufferEncoding::kWindows1252) {}
 
 long PositionConverter::Units(size_t lineStart, size_t offset) const {

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "tools/analysis/source_map.h"
 #include "tools/text/buffer_encoding.h"
@@ -23,7 +24,7 @@ class PositionConverter {
  public:
   // bytes (in encoding) and map, made of the same bytes, must outlive the
   // converter.
-  PositionConverter(const std::string& bytes, const SourceMap& map, BufferEncoding encoding);
+  PositionConverter(std::string_view bytes, const SourceMap& map, BufferEncoding encoding);
 
   // The protocol's position of a point of the analysis.
   LspPosition ToPosition(const TextPoint& point) const;
@@ -40,7 +41,7 @@ class PositionConverter {
   // UTF-16 code units of the bytes [lineStart, offset).
   long Units(size_t lineStart, size_t offset) const;
 
-  const std::string& m_bytes;
+  std::string_view m_bytes;
   const SourceMap& m_map;
   bool m_singleByte;
   // The last count: places along a line continue from it.
