@@ -18,8 +18,9 @@ int DevdefDefinitionKeyword(const char* pszLine) {
   return generation - '0';
 }
 
+template <class Report>
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
-                               DevdefLineReport& report, int nOffset) {
+                               Report& report, int nOffset) {
   const int generation = DevdefDefinitionKeyword(pLine);
   if (generation == 0) return false;  // so the line has at least 8 bytes
   const void* found = std::memchr(pLine + 8, ':', static_cast<size_t>(nLength - 8));
@@ -30,33 +31,27 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
 
   int in = 8;
   while (in < colon && DevdefIsSpace(static_cast<unsigned char>(pLine[in]))) ++in;
+  report.Head(in + nOffset);
   int* const pSources = report.Sources(nLength, nOffset);
-  if (report.Observed()) report.Head(in + nOffset);
   const char* const end = pLine + colon;
   LPTSTR head = strHead.GetBuffer(colon - in);
   char* out = head;
   // The first byte kept is no blank, so a blank is dropped exactly when the
   // byte kept before it is a blank.
   char previous = '\0';
-  if (pSources == nullptr) {
-    for (const char* p = pLine + in; p < end; ++p) {
-      const char c = *p == '\t' ? ' ' : *p;
-      if (c == ' ' && previous == ' ') continue;
-      *out++ = c;
-      previous = c;
-    }
-  } else {
-    for (const char* p = pLine + in; p < end; ++p) {
-      const char c = *p == '\t' ? ' ' : *p;
-      if (c == ' ' && previous == ' ') continue;
-      pSources[out - head] = static_cast<int>(p - pLine);
-      *out++ = c;
-      previous = c;
-    }
+  for (const char* p = pLine + in; p < end; ++p) {
+    const char c = *p == '\t' ? ' ' : *p;
+    if (c == ' ' && previous == ' ') continue;
+    if (pSources != nullptr) pSources[out - head] = static_cast<int>(p - pLine);
+    *out++ = c;
+    previous = c;
   }
   strHead.ReleaseBuffer(static_cast<int>(out - head));
   return true;
 }
+
+template bool DevdefSplitDefinitionLine(const char*, int, DEVICE_KVRXDEF_ITEM&, CString&, DevdefLineReport&, int);
+template bool DevdefSplitDefinitionLine(const char*, int, DEVICE_KVRXDEF_ITEM&, CString&, DevdefNoReport&, int);
 
 int* DevdefLineReport::MapFor(int nLength, int nOffset) {
   // One map per thread, reused line after line.
@@ -67,7 +62,8 @@ int* DevdefLineReport::MapFor(int nLength, int nOffset) {
   return m_pSources;
 }
 
-void DevdefLineReport::Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
+void DevdefLineReport::ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex,
+                                   DWORD nValue) {
   unsigned int number = 0;
   const char* first = pAt;
   const char* end = DevdefScanNumber(pAt, bHex, &number, &first);
@@ -90,8 +86,8 @@ CStringArray* DevdefHeaderList(const CString& strKeyword) {
   return nullptr;
 }
 
-void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart,
-                           DevdefReadObserver* pObserver, int nList, DWORD nBase) {
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart, DevdefReadObserver* pObserver,
+                           int nList, DWORD nBase) {
   if (strLine.GetLength() <= nPieceStart) return;
   CString piece = strLine.Mid(nPieceStart);
   const int untrimmed = piece.GetLength();

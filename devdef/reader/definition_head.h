@@ -23,64 +23,58 @@ class DevdefLineReport;
 // colon. strHead keeps its storage, so a caller that passes the same string
 // for every line allocates nothing for the head. report hears where the
 // head starts and, when it asks for fields, where each byte of the head
-// came from; pLine stands at nOffset of the reader's line.
+// came from; pLine stands at nOffset of the reader's line. Made for the
+// two reports (DevdefLineReport, DevdefNoReport).
+template <class Report>
 bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_ITEM& def, CString& strHead,
-                               DevdefLineReport& report, int nOffset);
+                               Report& report, int nOffset);
 
 // Keeps a function out of its caller: a definition line reader reads its
-// fields with reports in a function of its own, so that the reader itself
-// is compiled as if the reports were not there.
+// line with reports in a function of its own, so that the reader itself is
+// compiled as if the reports were not there.
 #if defined(__GNUC__)
 #define DEVDEF_READER_NOINLINE __attribute__((noinline))
 #else
 #define DEVDEF_READER_NOINLINE
 #endif
 
-// What a definition line reader tells the observer of the read, if there is
-// one: each field it reads (when the observer asks for fields) and, once,
-// its verdict on the line. A reader reads its fields through a function
-// made twice, with and without the reports of fields, so that a read with
-// no observer pays a test or two per line.
+// What a definition line reader tells the observer of the read: each field
+// it reads (when the observer asks for fields) and, once, its verdict on
+// the line. A reader reads its line through a function made twice, with
+// this report and with DevdefNoReport, which reports nothing and compiles to
+// nothing, so that a read with no observer pays one test per line.
 class DevdefLineReport {
  public:
-  DevdefLineReport() : m_pObserver(DevdefActiveReadObserver()) {}
+  explicit DevdefLineReport(DevdefReadObserver* pObserver) : m_pObserver(pObserver) {}
 
-  // Whether anything observes the read.
-  bool Observed() const { return m_pObserver != nullptr; }
   // Room for the head's map to the line (nLength bytes) when fields are
   // reported, else null. nOffset is where the split text starts in the
   // reader's line.
-  int* Sources(int nLength, int nOffset) {
-    return m_pObserver != nullptr && m_pObserver->m_bFields ? MapFor(nLength, nOffset) : nullptr;
-  }
+  int* Sources(int nLength, int nOffset) { return m_pObserver->m_bFields ? MapFor(nLength, nOffset) : nullptr; }
   // The head starts at nHead of the reader's line.
   void Head(int nHead) { m_nHead = nHead; }
-  // Whether fields are reported (Sources gave a map).
-  bool Fields() const { return m_pSources != nullptr; }
   // The field read at pAt of the head pHead (as "%x" when bHex) and stored
-  // as nValue; only when Fields().
-  void Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue);
+  // as nValue, when fields are asked for.
+  void Field(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue) {
+    if (m_pSources != nullptr) ReportField(nField, nIndex, pHead, pAt, bHex, nValue);
+  }
   // A refusal at a field: keeps where, gives the verdict.
   int Fail(int nVerdict, int nField, int nIndex) {
     m_nField = nField;
     m_nIndex = nIndex;
     return nVerdict;
   }
-  // The verdict on the line (with the field of a refusal); gives the
-  // reader's result for it: 1 when the line is accepted, else 0.
-  int Verdict(int nVerdict) {
-    if (m_pObserver != nullptr) m_pObserver->DefinitionLine(nVerdict, m_nField, m_nIndex, m_nHead);
-    return nVerdict <= kDevdefLinePassedKeyword ? 1 : 0;
-  }
   // The verdict on a line that DevdefSplitDefinitionLine refused: no
   // keyword, or no colon behind it.
   int SplitRefused(const char* pLine) {
-    if (m_pObserver == nullptr) return 0;
-    return Verdict(DevdefDefinitionKeyword(pLine) == 0 ? kDevdefLineNoKeyword : kDevdefLineNoColon);
+    return DevdefDefinitionKeyword(pLine) == 0 ? kDevdefLineNoKeyword : kDevdefLineNoColon;
   }
+  // Reports the verdict on the line (with the field of a refusal).
+  void Verdict(int nVerdict) { m_pObserver->DefinitionLine(nVerdict, m_nField, m_nIndex, m_nHead); }
 
  private:
   int* MapFor(int nLength, int nOffset);
+  void ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex, DWORD nValue);
 
   DevdefReadObserver* m_pObserver;
   int* m_pSources = nullptr;
@@ -89,6 +83,33 @@ class DevdefLineReport {
   int m_nIndex = -1;
   int m_nHead = -1;
 };
+
+// The report of a definition line reader when nothing observes the read.
+struct DevdefNoReport {
+  int* Sources(int, int) { return nullptr; }
+  void Head(int) {}
+  void Field(int, int, const char*, const char*, bool, DWORD) {}
+  int Fail(int nVerdict, int, int) { return nVerdict; }
+  // No keyword or no colon: a refusal, whichever it is.
+  int SplitRefused(const char*) { return kDevdefLineNoKeyword; }
+};
+
+// A definition line reader's result for a verdict: 1 when the line is
+// accepted, else 0.
+inline int DevdefLineResult(int nVerdict) { return nVerdict <= kDevdefLinePassedKeyword ? 1 : 0; }
+
+// A definition line read with reports to observer: read(report) reads it
+// and gives the verdict, add() adds the definition it made; the verdict is
+// reported once the definition is in its device. Kept out of the readers,
+// so that they are compiled as if the reports were not there.
+template <class Read, class Add>
+DEVDEF_READER_NOINLINE int DevdefReadReportedLine(DevdefReadObserver* observer, const Read& read, const Add& add) {
+  DevdefLineReport report(observer);
+  const int verdict = read(report);
+  if (verdict == kDevdefLineAdded) add();
+  report.Verdict(verdict);
+  return DevdefLineResult(verdict);
+}
 
 // The header list that a keyword names, compared without regard to case:
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
@@ -105,8 +126,8 @@ void DevdefAddReadDefinition(DEVICE_ITEM& device, int nKvrType, DEVICE_KVRXDEF_I
 // null the piece is only reported, as lost. pObserver (when not null) hears
 // of the piece as an entry of list nList, strLine standing at nBase of the
 // read buffer.
-void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart,
-                           DevdefReadObserver* pObserver, int nList, DWORD nBase);
+void DevdefAppendListPiece(CStringArray* pList, const CString& strLine, int nPieceStart, DevdefReadObserver* pObserver,
+                           int nList, DWORD nBase);
 
 // Which of the three header lists pList is: kDevdefHousingList,
 // kDevdefAdapterList or kDevdefModulList; kDevdefDeviceHousingList for any

@@ -55,7 +55,8 @@ bool DevdefIdIndex::WidenBitmap(DWORD nId) {
     return false;
   }
   std::vector<std::uint64_t> bits(static_cast<size_t>(hi - lo), 0);
-  for (std::uint64_t i = 0; i < size; ++i) bits[static_cast<size_t>(baseWord - lo + i)] = m_bits[static_cast<size_t>(i)];
+  for (std::uint64_t i = 0; i < size; ++i)
+    bits[static_cast<size_t>(baseWord - lo + i)] = m_bits[static_cast<size_t>(i)];
   m_bits.swap(bits);
   m_nBase = lo << 6;
   return true;

@@ -7,15 +7,15 @@
 namespace {
 
 // Reads the number fields of a layout 1 head into def: id, package, module,
-// adapters joined by ",", then a value. Gives the verdict; kFields: each
-// field is reported.
-template <bool kFields>
-int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
+// adapters joined by ",", then a value, each reported to report. Gives the
+// verdict.
+template <class Report>
+int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, Report& report) {
   const char* text = head;
   int number = 0;
   if (DevdefScanDecimal(text, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldId, 0);
   def.m_DefID = static_cast<DWORD>(number);
-  if (kFields) report.Field(kDevdefFieldId, 0, text, text, false, def.m_DefID);
+  report.Field(kDevdefFieldId, 0, text, text, false, def.m_DefID);
 
   int blank = head.Find(' ');
   if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldId, 0);
@@ -25,12 +25,12 @@ int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
   blank = head.Find(' ', field);
   if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldPackage, 0);
   def.m_PackageIds.SetAtGrow(def.m_PackageIds.GetSize(), static_cast<WORD>(package));
-  if (kFields) report.Field(kDevdefFieldPackage, 0, text, text + field, false, static_cast<WORD>(package));
+  report.Field(kDevdefFieldPackage, 0, text, text + field, false, static_cast<WORD>(package));
 
   field = blank + 1;
   if (DevdefScanDecimal(text + field, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldModule, 0);
   def.m_ModulId = static_cast<DWORD>(number);
-  if (kFields) report.Field(kDevdefFieldModule, 0, text, text + field, false, def.m_ModulId);
+  report.Field(kDevdefFieldModule, 0, text, text + field, false, def.m_ModulId);
   blank = head.Find(' ', field);
   if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldModule, 0);
 
@@ -42,10 +42,8 @@ int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
       return report.Fail(kDevdefLineNoNumber, kDevdefFieldAdapter, def.m_AdapterIds.GetSize());
     }
     def.m_AdapterIds.SetAtGrow(def.m_AdapterIds.GetSize(), static_cast<WORD>(number));
-    if (kFields) {
-      report.Field(kDevdefFieldAdapter, def.m_AdapterIds.GetSize() - 1, text, text + cursor, false,
-                   static_cast<WORD>(number));
-    }
+    report.Field(kDevdefFieldAdapter, def.m_AdapterIds.GetSize() - 1, text, text + cursor, false,
+                 static_cast<WORD>(number));
     const int comma = head.Find(',', cursor);
     if (comma < 0) break;
     cursor = comma + 1;
@@ -57,14 +55,20 @@ int ReadLayout1Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
   if (blank < 0) return kDevdefLineNoDefinition;
   if (DevdefScanDecimal(text + blank + 1, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldValue, 2);
   def.m_DefValues[2] = static_cast<DWORD>(number);
-  if (kFields) report.Field(kDevdefFieldValue, 2, text, text + blank + 1, false, def.m_DefValues[2]);
+  report.Field(kDevdefFieldValue, 2, text, text + blank + 1, false, def.m_DefValues[2]);
   return kDevdefLineAdded;
 }
 
-// The same, reporting each field: kept out of the reader, which calls it
-// only while an observer asks for fields.
-DEVDEF_READER_NOINLINE int ReadLayout1FieldsReported(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
-  return ReadLayout1Fields<true>(head, def, report);
+// Reads a layout 1 definition line into def, reporting to report. Gives
+// the verdict.
+template <class Report>
+int ReadLayout1Line(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, Report& report) {
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
+    return report.SplitRefused(strLine);
+  }
+  return ReadLayout1Fields(head, def, report);
 }
 
 }  // namespace
@@ -72,19 +76,18 @@ DEVDEF_READER_NOINLINE int ReadLayout1FieldsReported(const CString& head, DEVICE
 int KCDeviceDefCtrl::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                          const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  DevdefLineReport report;
-  // One head buffer per thread, reused line after line.
-  static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
-    return report.SplitRefused(strLine);
-  }
-  const int verdict =
-      report.Fields() ? ReadLayout1FieldsReported(head, def, report) : ReadLayout1Fields<false>(head, def, report);
-  if (verdict == kDevdefLineAdded) {
+  auto add = [&] {
     if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
     DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
+  };
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+    return DevdefReadReportedLine(
+        observer, [&](DevdefLineReport& report) { return ReadLayout1Line(strLine, def, report); }, add);
   }
-  return report.Verdict(verdict);
+  DevdefNoReport silent;
+  const int verdict = ReadLayout1Line(strLine, def, silent);
+  if (verdict == kDevdefLineAdded) add();
+  return DevdefLineResult(verdict);
 }
 
 int KCDeviceDefCtrl::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,

@@ -7,10 +7,10 @@
 namespace {
 
 // Reads the number fields of a layout 2 head into def: id, package and
-// module, adapters joined by ",", then three values. Gives the verdict;
-// kFields: each field is reported.
-template <bool kFields>
-int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
+// module, adapters joined by ",", then three values, each reported to
+// report. Gives the verdict.
+template <class Report>
+int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, Report& report) {
   const char* text = head;
   // Id, package and module, each with a blank behind it.
   static const int kFirstFields[3] = {kDevdefFieldId, kDevdefFieldPackage, kDevdefFieldModule};
@@ -18,10 +18,8 @@ int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
   int cursor = 0;
   for (int i = 0; i < 3; ++i) {
     if (DevdefScanDecimal(text + cursor, &fields[i]) != 1) return report.Fail(kDevdefLineNoNumber, kFirstFields[i], 0);
-    if (kFields) {
-      report.Field(kFirstFields[i], 0, text, text + cursor, false,
-                   i == 1 ? static_cast<WORD>(fields[i]) : static_cast<DWORD>(fields[i]));
-    }
+    report.Field(kFirstFields[i], 0, text, text + cursor, false,
+                 i == 1 ? static_cast<WORD>(fields[i]) : static_cast<DWORD>(fields[i]));
     const int blank = head.Find(' ', cursor);
     if (blank < 0) return report.Fail(kDevdefLineNoBlank, kFirstFields[i], 0);
     cursor = blank + 1;
@@ -37,10 +35,8 @@ int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
       return report.Fail(kDevdefLineNoNumber, kDevdefFieldAdapter, def.m_AdapterIds.GetSize());
     }
     def.m_AdapterIds.SetAtGrow(def.m_AdapterIds.GetSize(), static_cast<WORD>(number));
-    if (kFields) {
-      report.Field(kDevdefFieldAdapter, def.m_AdapterIds.GetSize() - 1, text, text + cursor, false,
-                   static_cast<WORD>(number));
-    }
+    report.Field(kDevdefFieldAdapter, def.m_AdapterIds.GetSize() - 1, text, text + cursor, false,
+                 static_cast<WORD>(number));
     const int comma = head.Find(',', cursor);
     if (comma < 0) break;
     cursor = comma + 1;
@@ -52,9 +48,10 @@ int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
   if (blank < 0) return kDevdefLineNoDefinition;
   for (int value = 0; value < 3; ++value) {
     cursor = blank + 1;
-    if (DevdefScanDecimal(text + cursor, &number) != 1) return report.Fail(kDevdefLineNoNumber, kDevdefFieldValue, value);
+    if (DevdefScanDecimal(text + cursor, &number) != 1)
+      return report.Fail(kDevdefLineNoNumber, kDevdefFieldValue, value);
     def.m_DefValues[value] = static_cast<DWORD>(number);
-    if (kFields) report.Field(kDevdefFieldValue, value, text, text + cursor, false, def.m_DefValues[value]);
+    report.Field(kDevdefFieldValue, value, text, text + cursor, false, def.m_DefValues[value]);
     if (value == 2) break;
     blank = head.Find(' ', cursor);
     if (blank < 0) return report.Fail(kDevdefLineNoBlank, kDevdefFieldValue, value);
@@ -62,10 +59,16 @@ int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
   return kDevdefLineAdded;
 }
 
-// The same, reporting each field: kept out of the reader, which calls it
-// only while an observer asks for fields.
-DEVDEF_READER_NOINLINE int ReadLayout2FieldsReported(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
-  return ReadLayout2Fields<true>(head, def, report);
+// Reads a layout 2 definition line into def, reporting to report. Gives
+// the verdict.
+template <class Report>
+int ReadLayout2Line(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, Report& report) {
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
+    return report.SplitRefused(strLine);
+  }
+  return ReadLayout2Fields(head, def, report);
 }
 
 }  // namespace
@@ -73,17 +76,16 @@ DEVDEF_READER_NOINLINE int ReadLayout2FieldsReported(const CString& head, DEVICE
 int KCDeviceDefCtrlV2::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                            const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  DevdefLineReport report;
-  // One head buffer per thread, reused line after line.
-  static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
-    return report.SplitRefused(strLine);
-  }
-  const int verdict =
-      report.Fields() ? ReadLayout2FieldsReported(head, def, report) : ReadLayout2Fields<false>(head, def, report);
-  if (verdict == kDevdefLineAdded) {
+  auto add = [&] {
     if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
     DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
+  };
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+    return DevdefReadReportedLine(
+        observer, [&](DevdefLineReport& report) { return ReadLayout2Line(strLine, def, report); }, add);
   }
-  return report.Verdict(verdict);
+  DevdefNoReport silent;
+  const int verdict = ReadLayout2Line(strLine, def, silent);
+  if (verdict == kDevdefLineAdded) add();
+  return DevdefLineResult(verdict);
 }

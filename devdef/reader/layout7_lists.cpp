@@ -13,8 +13,8 @@ bool IsEntrySeparator(unsigned char c) { return c == '\t' || c == ' ' || c == ',
 
 }  // namespace
 
-int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                         CString& strToken, unsigned char& cCurrent, int& nLineState) {
+int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                         unsigned char& cCurrent, int& nLineState) {
   if (!strToken.IsEmpty() || posKind != nullptr || posManuf != nullptr || posDevice != nullptr) return 0;
   const DWORD savedPos = m_nBufPos;
   const unsigned char savedCurrent = cCurrent;
@@ -43,7 +43,8 @@ int KCDeviceDefCtrlV3::RDF_ReadListsInfo(POSITION posKind, POSITION posManuf, PO
     if (cCurrent == '\r' || cCurrent == '\n') {
       if (target == nullptr) break;
       // The piece behind the last delimiter is not stored.
-      if (observer != nullptr) DevdefAppendListPiece(nullptr, strToken, pieceStart, observer, kDevdefModulList, savedPos);
+      if (observer != nullptr)
+        DevdefAppendListPiece(nullptr, strToken, pieceStart, observer, kDevdefModulList, savedPos);
       --m_nBufPos;
       nLineState = 2;
       return 1;
@@ -113,8 +114,8 @@ int KCDeviceDefCtrlV3::RDF_BuildList(CStringArray* pList, CByteArray* pText) {
   return 0;
 }
 
-int KCDeviceDefCtrlV3::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice,
-                                           CString& strToken, unsigned char& cCurrent, int& nLineState) {
+int KCDeviceDefCtrlV3::RDF_ReadKvr3DefLine(POSITION posKind, POSITION posManuf, POSITION posDevice, CString& strToken,
+                                           unsigned char& cCurrent, int& nLineState) {
   return RDF_ReadBlockLines(posKind, posManuf, posDevice, strToken, cCurrent, nLineState,
                             static_cast<BlockLineReader>(&KCDeviceDefCtrlV3::RDF_ReadBlockLine));
 }

@@ -20,11 +20,10 @@ const FieldForm kFieldForms[15] = {kDecimal, kNumberList, kDecimal, kNumberList,
                                    kHex,     kHex,        kDecimal, kDecimal,    kHex,     kDecimal, kHex};
 
 // Reads a number list "1, 2,,3" at *ppCursor into pArray, as BuildList
-// does. 1: the cursor moves behind the list; 0: it stays. kFields: each
-// number is reported as an entry of nField, the head starting at pHead.
-template <bool kFields>
-int ReadNumberList(CWordArray* pArray, const char** ppCursor, DevdefLineReport* pReport, int nField,
-                   const char* pHead) {
+// does. 1: the cursor moves behind the list; 0: it stays. Each number is
+// reported to report as an entry of nField, the head starting at pHead.
+template <class Report>
+int ReadNumberList(CWordArray* pArray, const char** ppCursor, Report& report, int nField, const char* pHead) {
   const char* scan = *ppCursor;
   bool numberRead = false;
   bool commaSeen = false;
@@ -45,7 +44,7 @@ int ReadNumberList(CWordArray* pArray, const char** ppCursor, DevdefLineReport* 
     int number = 0;
     if (DevdefScanDecimal(scan, &number) != 1) return 0;
     pArray->SetAtGrow(pArray->GetSize(), static_cast<WORD>(number));
-    if (kFields) pReport->Field(nField, pArray->GetSize() - 1, pHead, scan, false, static_cast<WORD>(number));
+    report.Field(nField, pArray->GetSize() - 1, pHead, scan, false, static_cast<WORD>(number));
     numberRead = true;
     commaSeen = false;
     // On to the next blank or comma; the end of the text ends the search.
@@ -54,33 +53,44 @@ int ReadNumberList(CWordArray* pArray, const char** ppCursor, DevdefLineReport* 
 }
 
 // The field of the head at place field (0 to 14), as a DevdefDefinitionField
-// and its index.
-void FieldOf(int field, int* pField, int* pIndex) {
+// and its index (for a list, the entry at nListIndex).
+void FieldOf(int field, int nListIndex, int* pField, int* pIndex) {
   static const int kFields[5] = {kDevdefFieldId, kDevdefFieldPackage, kDevdefFieldModule, kDevdefFieldAdapter,
                                  kDevdefFieldValue};
   *pField = kFields[field < 4 ? field : 4];
-  *pIndex = field < 4 ? 0 : field - 4;
+  *pIndex = kFieldForms[field] == kNumberList ? nListIndex : field < 4 ? 0 : field - 4;
 }
 
-// Where a refusal at the head's field (0 to 14) stands; gives nVerdict.
-int FailAt(DevdefLineReport& report, int nVerdict, int field, int nListIndex) {
+// A refusal at the head's field (0 to 14): where it stands, to report;
+// gives nVerdict.
+template <class Report>
+int FailAt(Report& report, int nVerdict, int field, int nListIndex) {
   int kind = 0;
   int index = 0;
-  FieldOf(field, &kind, &index);
-  return report.Fail(nVerdict, kind, kFieldForms[field] == kNumberList ? nListIndex : index);
+  FieldOf(field, nListIndex, &kind, &index);
+  return report.Fail(nVerdict, kind, index);
 }
 
-// Reads the fifteen fields of a layout 7 head into def. Gives the verdict;
-// kFields: each field is reported.
-template <bool kFields>
-int ReadLayout7Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
+// Reads a layout 7 definition line (without its mark byte: nLength bytes at
+// pLine, which stands at nOffset of the reader's line) into def, reporting
+// to report. Gives the verdict.
+template <class Report>
+int ReadLayout7Line(const char* line, int length, int offset, DEVICE_KVRXDEF_ITEM& def, Report& report) {
+  if (DevdefDefinitionKeyword(line) == 0) {
+    for (const char* keyword : kDroppedKeywords) {
+      if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return kDevdefLinePassedKeyword;
+    }
+    return kDevdefLineNoKeyword;
+  }
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  if (!DevdefSplitDefinitionLine(line, length, def, head, report, offset)) return report.SplitRefused(line);
+
   const char* cursor = head;
-  int value = 0;  // the next of the eleven values
   for (int field = 0; field < 15; ++field) {
     if (kFieldForms[field] == kNumberList) {
       CWordArray* list = field == 1 ? &def.m_PackageIds : &def.m_AdapterIds;
-      if (!ReadNumberList<kFields>(list, &cursor, &report, field == 1 ? kDevdefFieldPackage : kDevdefFieldAdapter,
-                                   head)) {
+      if (!ReadNumberList(list, &cursor, report, field == 1 ? kDevdefFieldPackage : kDevdefFieldAdapter, head)) {
         return FailAt(report, kDevdefLineNoNumber, field, list->GetSize());
       }
       continue;
@@ -96,19 +106,17 @@ int ReadLayout7Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
       if (DevdefScanDecimal(cursor, &decimal) != 1) return FailAt(report, kDevdefLineNoNumber, field, 0);
       number = static_cast<DWORD>(decimal);
     }
-    if (kFields) {
-      int kind = 0;
-      int index = 0;
-      FieldOf(field, &kind, &index);
-      report.Field(kind, index, head, at, kFieldForms[field] == kHex, number);
-    }
     if (field == 0) {
       def.m_DefID = number;
     } else if (field == 2) {
       def.m_ModulId = number;
     } else {
-      def.m_DefValues[value++] = number;
+      def.m_DefValues[field - 4] = number;  // the values are the fields from the fifth on
     }
+    report.Field(field == 0   ? kDevdefFieldId
+                 : field == 2 ? kDevdefFieldModule
+                              : kDevdefFieldValue,
+                 field == 0 || field == 2 ? 0 : field - 4, head, at, kFieldForms[field] == kHex, number);
     if (field == 14) break;
     // On behind the next blank; the end of the head refuses the line.
     while (*cursor != ' ' && *cursor != '\0') ++cursor;
@@ -116,12 +124,6 @@ int ReadLayout7Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineR
     ++cursor;
   }
   return kDevdefLineAdded;
-}
-
-// The same, reporting each field: kept out of the reader, which calls it
-// only while an observer asks for fields.
-DEVDEF_READER_NOINLINE int ReadLayout7FieldsReported(const CString& head, DEVICE_KVRXDEF_ITEM& def, DevdefLineReport& report) {
-  return ReadLayout7Fields<true>(head, def, report);
 }
 
 }  // namespace
@@ -143,28 +145,28 @@ int KCDeviceDefCtrlV3::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posM
       --length;
     }
   }
-
-  DevdefLineReport report;
-  if (DevdefDefinitionKeyword(line) == 0) {
-    for (const char* keyword : kDroppedKeywords) {
-      if (std::strncmp(line, keyword, std::strlen(keyword)) == 0) return report.Verdict(kDevdefLinePassedKeyword);
-    }
-    return report.Verdict(kDevdefLineNoKeyword);
+  const int offset = static_cast<int>(line - static_cast<LPCTSTR>(strLine));
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
+    return DevdefReadReportedLine(
+        observer,
+        [line, length, offset, &def](DevdefLineReport& report) {
+          return ReadLayout7Line(line, length, offset, def, report);
+        },
+        [this, &device, &def] {
+          if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
+          DevdefAddReadDefinition(device, m_nKvrType, def);
+        });
   }
-  // One head buffer per thread, reused line after line.
-  static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(line, length, def, head, report, static_cast<int>(line - static_cast<LPCTSTR>(strLine)))) {
-    return report.SplitRefused(line);
-  }
-  const int verdict =
-      report.Fields() ? ReadLayout7FieldsReported(head, def, report) : ReadLayout7Fields<false>(head, def, report);
+  DevdefNoReport silent;
+  const int verdict = ReadLayout7Line(line, length, offset, def, silent);
   if (verdict == kDevdefLineAdded) {
     if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
     DevdefAddReadDefinition(device, m_nKvrType, def);
   }
-  return report.Verdict(verdict);
+  return DevdefLineResult(verdict);
 }
 
 int KCDeviceDefCtrlV3::BuildList(CWordArray* pArray, const char** ppCursor) {
-  return ReadNumberList<false>(pArray, ppCursor, nullptr, 0, nullptr);
+  DevdefNoReport silent;
+  return ReadNumberList(pArray, ppCursor, silent, 0, nullptr);
 }

@@ -81,8 +81,7 @@ int KCDeviceDefCtrl::ReadDefFile(CString strFile, bool bReportError) {
       bool toTail = false;
       if (strToken.IsEmpty()) {
         if (m_nFileLayout == -1 && nLineState == 0) {
-          if (RDF_ReadDefVersion(posKind, posManuf, posDevice, strToken, cCurrent, nLineState) &&
-              !CheckDefVersion()) {
+          if (RDF_ReadDefVersion(posKind, posManuf, posDevice, strToken, cCurrent, nLineState) && !CheckDefVersion()) {
             AfxMessageBox("Wrong Def Version!", MB_ICONEXCLAMATION, 0);
             return 0;  // m_FileBuf keeps the bytes until the next read
           }

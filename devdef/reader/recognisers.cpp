@@ -56,8 +56,8 @@ int KCDeviceDefCtrl::RDF_ReadDefVersion(POSITION posKind, POSITION posManuf, POS
     }
   }
   if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
-    observer->VersionLine(lineStart, m_nBufPos, true, keywordSeen, equals >= 0 ? static_cast<long>(lineStart) + equals : -1,
-                          numberRead, m_nFileLayout);
+    observer->VersionLine(lineStart, m_nBufPos, true, keywordSeen,
+                          equals >= 0 ? static_cast<long>(lineStart) + equals : -1, numberRead, m_nFileLayout);
   }
   --m_nBufPos;
   if (!numberRead) return 0;
