@@ -81,11 +81,53 @@ void Analysis::CheckDefinitions() {
     return FieldSpan(fields, field, index, definitions[definition].line);
   };
 
+  // The definitions that the read found to have something to say: numbers
+  // without a name and what the layout 7 writer loses.
+  const int packages = DEVICE_ITEM::m_PackageList.GetSize();
+  const int adapters = DEVICE_ITEM::m_AdapterList.GetSize();
+  const int modules = DEVICE_ITEM::m_ModulList.GetSize();
+  for (std::uint32_t d : m_records.noteworthy) {
+    DEVICE_KVRXDEF_ITEM& def = DefinitionOf(d);
+    for (int p = 0; p < def.m_PackageIds.GetSize(); ++p) {
+      if (def.m_PackageIds[p] >= packages) {
+        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldPackage, p),
+                     Says(MessageForm::kBadPackage, def.m_PackageIds[p]));
+      }
+    }
+    if (def.m_ModulId >= static_cast<DWORD>(modules)) {
+      findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldModule, 0),
+                   Says(MessageForm::kBadModule, def.m_ModulId));
+    }
+    for (int a = 0; a < def.m_AdapterIds.GetSize(); ++a) {
+      if (def.m_AdapterIds[a] >= adapters) {
+        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldAdapter, a),
+                     Says(MessageForm::kBadAdapter, def.m_AdapterIds[a]));
+      }
+    }
+    if (m_layout != 7) continue;
+    const ByteSpan line = definitions[d].line;
+    if ((def.m_MarkFlags & ~m_records.devices[definitions[d].device].device->m_DeviceFlags) != 0) {
+      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kDefinitionMarkNotWritten));
+    }
+    if (def.m_PackageIds.GetSize() > 1) {
+      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kSecondPackageNotWritten));
+    }
+    if (def.m_DefValues[10] > 9) {
+      findings.Add(FindingKind::kLayout7Writer, fieldSpan(d, kDevdefFieldValue, 10),
+                   Says(MessageForm::kValue10, def.m_DefValues[10]));
+    }
+  }
+
   // Ids used more than once: the definitions sorted by id, in file order
-  // within an id.
+  // within an id. Ids that ascend through the file have none.
+  if (m_records.idsAscend) return;
   std::vector<std::pair<DWORD, std::uint32_t>> ids;
   ids.reserve(definitions.size());
-  for (std::uint32_t i = 0; i < definitions.size(); ++i) ids.emplace_back(DefinitionOf(i).m_DefID, i);
+  for (const DeviceRecord& device : m_records.devices) {
+    for (std::uint32_t i = 0; i < device.definitionCount; ++i) {
+      ids.emplace_back(device.device->m_DefArray[static_cast<int>(i)].m_DefID, device.firstDefinition + i);
+    }
+  }
   std::sort(ids.begin(), ids.end());
   for (size_t run = 0; run < ids.size();) {
     size_t end = run + 1;
@@ -105,38 +147,5 @@ void Analysis::CheckDefinitions() {
       for (const ByteSpan& span : again) findings.Relate(usedAgain, span, Says(MessageForm::kIdUsedAgainHere, id), false);
     }
     run = end;
-  }
-
-  const int packages = DEVICE_ITEM::m_PackageList.GetSize();
-  const int adapters = DEVICE_ITEM::m_AdapterList.GetSize();
-  const int modules = DEVICE_ITEM::m_ModulList.GetSize();
-  for (std::uint32_t d = 0; d < definitions.size(); ++d) {
-    DEVICE_KVRXDEF_ITEM& def = DefinitionOf(d);
-    for (int i = 0; i < def.m_PackageIds.GetSize(); ++i) {
-      if (def.m_PackageIds[i] >= packages) {
-        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldPackage, i),
-                     Says(MessageForm::kBadPackage, def.m_PackageIds[i]));
-      }
-    }
-    if (def.m_ModulId >= static_cast<DWORD>(modules)) {
-      findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldModule, 0), Says(MessageForm::kBadModule, def.m_ModulId));
-    }
-    for (int i = 0; i < def.m_AdapterIds.GetSize(); ++i) {
-      if (def.m_AdapterIds[i] >= adapters) {
-        findings.Add(FindingKind::kBadNumber, fieldSpan(d, kDevdefFieldAdapter, i),
-                     Says(MessageForm::kBadAdapter, def.m_AdapterIds[i]));
-      }
-    }
-    if (m_layout != 7) continue;
-    const ByteSpan line = definitions[d].line;
-    if ((def.m_MarkFlags & ~m_records.devices[definitions[d].device].device->m_DeviceFlags) != 0) {
-      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kDefinitionMarkNotWritten));
-    }
-    if (def.m_PackageIds.GetSize() > 1) {
-      findings.Add(FindingKind::kLayout7Writer, line, Says(MessageForm::kSecondPackageNotWritten));
-    }
-    if (def.m_DefValues[10] > 9) {
-      findings.Add(FindingKind::kLayout7Writer, fieldSpan(d, kDevdefFieldValue, 10), Says(MessageForm::kValue10, def.m_DefValues[10]));
-    }
   }
 }

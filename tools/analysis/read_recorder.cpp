@@ -32,6 +32,10 @@ MessageArgs Quoting(MessageForm form, ByteSpan quoted, std::uint32_t a = 0) {
 void ReadRecorder::BeginRead(const BYTE* pBuffer, DWORD nSize) {
   m_b = pBuffer;
   m_n = nSize;
+  // Room for a file of short lines, so that the records rarely move while
+  // they grow: room that is not written takes no memory.
+  m_r.definitions.reserve(nSize / 48);
+  m_r.devices.reserve(nSize / 256);
   m_looks = LineLooks(std::string_view(reinterpret_cast<const char*>(pBuffer), nSize), m_layout);
 }
 
@@ -263,6 +267,7 @@ void ReadRecorder::DefinitionLine(int nVerdict, int /*nField*/, int /*nIndex*/, 
       m_r.definitions.push_back(
           DefinitionRecord{m_blockLine, device, m_blockLine.begin + static_cast<std::uint32_t>(nHead)});
       ++record.definitionCount;
+      NoteDefinition(*record.device, record.device->m_DefArray[record.device->m_DefArray.GetSize() - 1]);
       if (m_deviceMisread && m_cause != kNoRecord) {
         AddConsequence(FindingKind::kMisread, m_blockLine, Says(MessageForm::kDefinitionIntoDevice, device));
       }
@@ -284,6 +289,24 @@ void ReadRecorder::DefinitionLine(int nVerdict, int /*nField*/, int /*nIndex*/, 
   } else {
     StartCause(Add(FindingKind::kRefused, m_blockLine, says), m_blockLine.begin);
   }
+}
+
+void ReadRecorder::NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def) {
+  if (m_r.definitions.size() > 1 && def.m_DefID <= m_lastId) m_r.idsAscend = false;
+  m_lastId = def.m_DefID;
+  if (m_listSizes[0] < 0) {
+    m_listSizes[0] = DEVICE_ITEM::m_PackageList.GetSize();
+    m_listSizes[1] = DEVICE_ITEM::m_AdapterList.GetSize();
+    m_listSizes[2] = DEVICE_ITEM::m_ModulList.GetSize();
+  }
+  bool noteworthy = def.m_ModulId >= static_cast<DWORD>(m_listSizes[2]);
+  for (int i = 0; i < def.m_PackageIds.GetSize() && !noteworthy; ++i) noteworthy = def.m_PackageIds[i] >= m_listSizes[0];
+  for (int i = 0; i < def.m_AdapterIds.GetSize() && !noteworthy; ++i) noteworthy = def.m_AdapterIds[i] >= m_listSizes[1];
+  if (m_layout == 7) {
+    noteworthy = noteworthy || (def.m_MarkFlags & ~device.m_DeviceFlags) != 0 || def.m_PackageIds.GetSize() > 1 ||
+                 def.m_DefValues[10] > 9;
+  }
+  if (noteworthy) m_r.noteworthy.push_back(static_cast<std::uint32_t>(m_r.definitions.size() - 1));
 }
 
 void ReadRecorder::HousingLine(int nListStart) {

@@ -28,6 +28,11 @@ struct ReadRecords {
   std::vector<DefinitionRecord> definitions;
   std::vector<ByteSpan> listEntries[3];  // HOUSING_LIST, ADAPTER_LIST, MODUL_LIST
   Findings findings;                     // unsorted until the analysis finishes them
+  // The definitions with something to check, as they were read (while each
+  // is at hand): a number without a name, or in layout 7 what its writer
+  // loses. And whether the ids ascend through the file, so none repeats.
+  std::vector<std::uint32_t> noteworthy;
+  bool idsAscend = true;
   std::unique_ptr<CByteArray> bytes;     // the file, taken from the reader at the end of the read
   bool ended = false;                    // the read loop ran to the end of the file
 };
@@ -66,6 +71,8 @@ class ReadRecorder : public DevdefReadObserver {
   void StartCause(std::uint32_t finding, std::uint32_t line);
   ByteSpan LineOf(std::uint32_t lineStart) const { return m_looks.Trimmed(lineStart, m_looks.LineEnd(lineStart)); }
   static std::uint32_t ProblemOf(bool opened, bool closed);
+  // Notes what the analysis checks of a definition just read.
+  void NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def);
 
   ReadRecords& m_r;
   int m_layout;
@@ -99,6 +106,10 @@ class ReadRecorder : public DevdefReadObserver {
   // A header list being read.
   ByteSpan m_listKeyword;
   bool m_braces = false;
+  // The sizes of the header lists, which are whole before the first device;
+  // the last id read.
+  int m_listSizes[3] = {-1, -1, -1};
+  DWORD m_lastId = 0;
   // A housing line's list: where its text starts, its entries.
   std::uint32_t m_housingBase = 0;
   std::vector<ByteSpan> m_housingEntries;

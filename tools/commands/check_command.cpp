@@ -53,9 +53,9 @@ int RunCheck(const CheckArguments& args) {
   const std::vector<const Finding*> findings = filter.Apply(all.List());
   const SeverityCounts counts = CountSeverities(findings);
   if (json) {
-    PrintJson(FindingsJson(DocumentFrame(*analysis), *analysis, all, findings));
+    PrintFindingsJson(stdout, DocumentFrame(*analysis), *analysis, all, findings);
   } else if (args.format == "sarif") {
-    PrintJson(SarifLog(args.file, *analysis, all, findings));
+    PrintSarifLog(stdout, args.file, *analysis, all, findings);
   } else {
     PrintGccDiagnostics(stdout, args.file, *analysis, all, findings);
     std::fflush(stdout);

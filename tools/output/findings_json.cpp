@@ -2,6 +2,7 @@
 
 #include "tools/diagnostics/severity_summary.h"
 #include "tools/output/json_document.h"
+#include "tools/output/json_stream.h"
 
 using nlohmann::json;
 
@@ -16,33 +17,36 @@ void AddRange(json& object, const SourceMap& map, ByteSpan span) {
   object["end_column"] = range.stop.column;
 }
 
+json FindingJson(const Analysis& analysis, const Findings& findings, const Finding* finding) {
+  const SourceMap& map = analysis.Map();
+  json related = json::array();
+  for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
+    json item = json::object();
+    AddRange(item, map, place->span);
+    PutShownText(item, "message", analysis.MessageOf(place->says, findings));
+    item["cause"] = place->cause;
+    related.push_back(std::move(item));
+  }
+  json item = json::object();
+  AddRange(item, map, finding->span);
+  item["severity"] = SeverityName(finding->severity);
+  item["kind"] = InfoOf(finding->kind).id;
+  PutShownText(item, "message", analysis.MessageOf(*finding, findings));
+  item["count"] = finding->count;
+  item["related"] = std::move(related);
+  return item;
+}
+
 }  // namespace
 
-json FindingsJson(json frame, const Analysis& analysis, const Findings& findings, const std::vector<const Finding*>& shown) {
-  const SourceMap& map = analysis.Map();
-  json list = json::array();
-  for (const Finding* finding : shown) {
-    json related = json::array();
-    for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
-      json item = json::object();
-      AddRange(item, map, place->span);
-      PutShownText(item, "message", analysis.MessageOf(place->says, findings));
-      item["cause"] = place->cause;
-      related.push_back(std::move(item));
-    }
-    json item = json::object();
-    AddRange(item, map, finding->span);
-    item["severity"] = SeverityName(finding->severity);
-    item["kind"] = InfoOf(finding->kind).id;
-    PutShownText(item, "message", analysis.MessageOf(*finding, findings));
-    item["count"] = finding->count;
-    item["related"] = std::move(related);
-    list.push_back(std::move(item));
-  }
+void PrintFindingsJson(std::FILE* out, json frame, const Analysis& analysis, const Findings& findings,
+                       const std::vector<const Finding*>& shown) {
   const SeverityCounts counts = CountSeverities(shown);
-  frame["findings"] = std::move(list);
   frame["summary"] = {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
-  return frame;
+  JsonStream stream(out);
+  stream.OpenObject(std::move(frame), "findings");
+  for (const Finding* finding : shown) stream.Element(FindingJson(analysis, findings, finding));
+  stream.CloseObject();
 }
 
 json FindingKindsJson() {

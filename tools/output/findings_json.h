@@ -3,19 +3,22 @@
 #ifndef DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
 #define DEVDEF_TOOLS_OUTPUT_FINDINGS_JSON_H_
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "tools/analysis/analysis.h"
 
-// The document frame (tools/output/json_document.h) with "findings": [{"line",
-// "column", "end_line", "end_column", "severity", "kind", "message", "count",
-// "related": [{"line", "column", "end_line", "end_column", "message",
-// "cause"}]}] and "summary": {"errors", "warnings", "notes"}; messages
-// decoded with the run's encoding, without the count.
-nlohmann::json FindingsJson(nlohmann::json frame, const Analysis& analysis, const Findings& findings,
-                            const std::vector<const Finding*>& shown);
+// Prints the document frame (tools/output/json_document.h) with "findings":
+// [{"line", "column", "end_line", "end_column", "severity", "kind",
+// "message", "count", "related": [{"line", "column", "end_line",
+// "end_column", "message", "cause"}]}] for each of shown, findings about
+// analysis's file, and "summary": {"errors", "warnings", "notes"}; messages
+// decoded with the run's encoding, without the count. One finding's object
+// is in memory at a time.
+void PrintFindingsJson(std::FILE* out, nlohmann::json frame, const Analysis& analysis, const Findings& findings,
+                       const std::vector<const Finding*>& shown);
 
 // {"schema", "kinds": [{"id", "severity", "help"}]}, every kind in its fixed
 // order.

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "tools/diagnostics/finding_text.h"
+#include "tools/output/json_stream.h"
 #include "tools/text/text_encoding.h"
 
 using nlohmann::json;
@@ -37,6 +38,27 @@ json PhysicalLocation(const std::string& uri, const SourceMap& map, ByteSpan spa
   return location;
 }
 
+// One finding as a result of the run.
+json Result(const std::string& uri, const Analysis& analysis, const Findings& findings, const Finding* finding) {
+  const SourceMap& map = analysis.Map();
+  json result = {{"ruleId", InfoOf(finding->kind).id},
+                 {"ruleIndex", static_cast<int>(finding->kind)},
+                 {"level", Level(finding->severity)},
+                 {"message", {{"text", FindingMessage(analysis, findings, *finding)}}},
+                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, map, finding->span)}}})},
+                 {"occurrenceCount", finding->count}};
+  if (finding->relatedCount > 0) {
+    json related = json::array();
+    for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
+      related.push_back(json{{"id", related.size()},
+                             {"physicalLocation", PhysicalLocation(uri, map, place->span)},
+                             {"message", {{"text", RelatedMessage(analysis, findings, *place)}}}});
+    }
+    result["relatedLocations"] = std::move(related);
+  }
+  return result;
+}
+
 }  // namespace
 
 std::string PathToUri(const std::string& path) {
@@ -57,36 +79,17 @@ std::string PathToUri(const std::string& path) {
   return uri;
 }
 
-json SarifLog(const std::string& file, const Analysis& analysis, const Findings& findings,
-              const std::vector<const Finding*>& shown) {
+void PrintSarifLog(std::FILE* out, const std::string& file, const Analysis& analysis, const Findings& findings,
+                   const std::vector<const Finding*>& shown) {
   const std::string uri = PathToUri(file);
-  const SourceMap& map = analysis.Map();
-  json results = json::array();
-  for (const Finding* finding : shown) {
-    json result = {{"ruleId", InfoOf(finding->kind).id},
-                   {"ruleIndex", static_cast<int>(finding->kind)},
-                   {"level", Level(finding->severity)},
-                   {"message", {{"text", FindingMessage(analysis, findings, *finding)}}},
-                   {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, map, finding->span)}}})},
-                   {"occurrenceCount", finding->count}};
-    if (finding->relatedCount > 0) {
-      json related = json::array();
-      for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding);
-           ++place) {
-        related.push_back(json{{"id", related.size()},
-                               {"physicalLocation", PhysicalLocation(uri, map, place->span)},
-                               {"message", {{"text", RelatedMessage(analysis, findings, *place)}}}});
-      }
-      result["relatedLocations"] = std::move(related);
-    }
-    results.push_back(std::move(result));
-  }
   json driver = {{"name", "devdef"}, {"version", DEVDEF_VERSION}, {"rules", Rules()}};
   json run = {{"tool", {{"driver", std::move(driver)}}},
               {"artifacts", json::array({{{"location", {{"uri", uri}}}, {"roles", json::array({"analysisTarget"})}}})},
-              {"columnKind", "unicodeCodePoints"},
-              {"results", std::move(results)}};
-  return json{{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-              {"version", "2.1.0"},
-              {"runs", json::array({std::move(run)})}};
+              {"columnKind", "unicodeCodePoints"}};
+  JsonStream stream(out);
+  stream.OpenObject(json{{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"}, {"version", "2.1.0"}}, "runs");
+  stream.OpenObject(std::move(run), "results");
+  for (const Finding* finding : shown) stream.Element(Result(uri, analysis, findings, finding));
+  stream.CloseObject();
+  stream.CloseObject();
 }

@@ -2,19 +2,21 @@
 #ifndef DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
 #define DEVDEF_TOOLS_OUTPUT_SARIF_OUTPUT_H_
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "tools/analysis/analysis.h"
 
-// A log of one run of devdef over file: the tool with one rule per kind of
-// finding, the file as the run's one artifact, and one result per finding
-// (each with its kind) with its region and related places. Columns count
-// bytes, which are the characters of the single-byte file; end columns are
+// Prints a log of one run of devdef over file: the tool with one rule per
+// kind of finding, the file as the run's one artifact, and one result for
+// each of shown (findings about analysis's file) with its region and
+// related places, one result in memory at a time. Columns count bytes,
+// which are the characters of the single-byte file; end columns are
 // exclusive.
-nlohmann::json SarifLog(const std::string& file, const Analysis& analysis, const Findings& findings,
-                        const std::vector<const Finding*>& shown);
+void PrintSarifLog(std::FILE* out, const std::string& file, const Analysis& analysis, const Findings& findings,
+                   const std::vector<const Finding*>& shown);
 
 // A file path as a URI reference: a relative path stays relative, an
 // absolute one becomes a file: URI; every byte but letters, digits,
