@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -84,11 +85,16 @@ struct ToolCommand {
   std::vector<std::string> args;
 };
 
+// The first entry is no command of the tool: a fresh process that reads the
+// file through the library, what every command is set against (x_read).
 const ToolCommand kToolCommands[] = {
+    {"read", 7, {}},
+    {"show", 7, {"show", "FILE", "Dev_0_0_1"}},
+    {"find", 7, {"find", "FILE", "--id", "1006"}},
+    {"check", 7, {"check", "FILE"}},
     {"list", 7, {"list", "FILE"}},
     {"tree", 7, {"tree", "FILE"}},
     {"tree_json", 7, {"tree", "--json", "FILE"}},
-    {"check", 7, {"check", "FILE"}},
     {"check_json", 7, {"check", "--json", "FILE"}},
     {"write", 7, {"write", "FILE", "-o", "OUT"}},
     {"convert", 2, {"convert", "FILE", "-o", "OUT"}},
@@ -97,12 +103,42 @@ const ToolCommand kToolCommands[] = {
     {"diff", 7, {"diff", "FILE", "FILE"}},
 };
 
+// The tool the commands run: the one built with this suite, or the one that
+// DEVDEF_BENCH_TOOL names (another build, to set the two side by side).
+std::string ToolPath() {
+  const char* other = std::getenv("DEVDEF_BENCH_TOOL");
+  return other != nullptr && *other != '\0' ? other : DEVDEF_TOOL_PATH;
+}
+
+// The command line of a command on file, writing to out.
+std::vector<std::string> ToolArguments(const ToolCommand& command, const SampleFile& file, const std::string& out) {
+  if (command.args.empty()) return {SelfPath(), "--devdef-read-once", std::to_string(command.layout), file.path};
+  std::vector<std::string> argv{ToolPath()};
+  for (const std::string& arg : command.args) argv.push_back(arg == "FILE" ? file.path : arg == "OUT" ? out : arg);
+  return argv;
+}
+
+// The median wall time of three fresh reads of a file, each a process of
+// its own, as the tool's commands run: what they are set against.
+double FreshReadSeconds(int layout, const SampleFile& file) {
+  static std::map<std::string, double> measured;
+  double& seconds = measured[file.path];
+  if (seconds > 0) return seconds;
+  std::vector<double> runs;
+  for (int i = 0; i < 3; ++i) {
+    runs.push_back(RunMeasured({SelfPath(), "--devdef-read-once", std::to_string(layout), file.path}, "/dev/null").seconds);
+  }
+  std::sort(runs.begin(), runs.end());
+  seconds = runs[1];
+  return seconds;
+}
+
 void BM_Tool(benchmark::State& state, const ToolCommand* command) {
   const SampleFile& file = Sample(command->layout, static_cast<size_t>(state.range(0)));
   const std::string out = "/tmp/devdef-bench-tool.def";
-  std::vector<std::string> argv{DEVDEF_TOOL_PATH};
-  for (const std::string& arg : command->args) argv.push_back(arg == "FILE" ? file.path : arg == "OUT" ? out : arg);
+  const std::vector<std::string> argv = ToolArguments(*command, file, out);
   long peak = 0;
+  double total = 0;
   for (auto _ : state) {
     const ProcessRun run = RunMeasured(argv, "/dev/null");
     if (!run.ok) {
@@ -110,13 +146,17 @@ void BM_Tool(benchmark::State& state, const ToolCommand* command) {
       break;
     }
     state.SetIterationTime(run.seconds);
+    total += run.seconds;
     peak = std::max(peak, run.peakKilobytes);
   }
   std::remove(out.c_str());
   std::remove("/tmp/k4devicelist.txt");
+  if (state.iterations() == 0) return;
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file.bytes.size()));
   state.counters["peak_MiB"] = static_cast<double>(peak) / 1024;
   state.counters["x_file"] = static_cast<double>(peak) * 1024 / static_cast<double>(file.bytes.size());
+  state.counters["x_read"] =
+      total / static_cast<double>(state.iterations()) / FreshReadSeconds(command->layout, file);
 }
 #endif
 

@@ -1,6 +1,6 @@
-// Findings about what the read made rather than how it read: a file without
-// a version line, names with blanks, duplicate ids, numbers without a name,
-// and what a write of the layout does not keep.
+// Findings about what the read made rather than how it read, once it is
+// over: a file without a version line, duplicate ids, numbers without a
+// name, and what the layout 7 writer does not keep of a definition.
 #include <algorithm>
 #include <utility>
 
@@ -35,33 +35,6 @@ void Analysis::CheckCatalogue() {
   if (!m_records.versionTaken) {
     const LineLooks looks(Bytes(), m_layout);
     findings.Add(FindingKind::kNoVersion, ByteSpan{0, looks.LineEnd(0)}, Says(MessageForm::kNoVersion));
-  }
-  if (m_layout == 2 && m_records.versionTaken) {
-    findings.Add(FindingKind::kLayout2Writer, m_records.version, Says(MessageForm::kLayout2Writer));
-  }
-  if (m_layout == 7) {
-    for (const DeviceRecord& device : m_records.devices) {
-      if (device.device->m_DeviceFlags != 0) {
-        findings.Add(FindingKind::kLayout7Writer, device.name, Says(MessageForm::kDeviceMarkNotWritten));
-      }
-    }
-  }
-  // Names with a blank: kinds each with their manufacturers, then devices.
-  for (std::uint32_t k = 0; k < m_records.kinds.size(); ++k) {
-    const KindRecord& kind = m_records.kinds[k];
-    if (kind.kind->m_Name.Find(' ') >= 0) findings.Add(FindingKind::kName, kind.name, Says(MessageForm::kNameWithBlank, 0, k));
-    for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
-      const ManufacturerRecord& manufacturer = m_records.manufacturers[m];
-      if (manufacturer.manufacturer->m_Name.Find(' ') >= 0) {
-        findings.Add(FindingKind::kName, manufacturer.name, Says(MessageForm::kNameWithBlank, 1, m));
-      }
-    }
-  }
-  for (std::uint32_t d = 0; d < m_records.devices.size(); ++d) {
-    const DeviceRecord& device = m_records.devices[d];
-    if (device.device->m_DeviceName.Find(' ') >= 0) {
-      findings.Add(FindingKind::kName, device.name, Says(MessageForm::kNameWithBlank, 2, d));
-    }
   }
   CheckDefinitions();
 }

@@ -78,28 +78,47 @@ bool SamePlaceAndMessage(const Finding& a, const Finding& b) {
 }  // namespace
 
 void Findings::Finish() {
-  // The order of the file, stably; then each finding's new number.
-  std::vector<std::uint32_t> order(m_list.size());
-  std::iota(order.begin(), order.end(), 0u);
-  std::stable_sort(order.begin(), order.end(), [this](std::uint32_t x, std::uint32_t y) {
-    const ByteSpan& a = m_list[x].span;
-    const ByteSpan& b = m_list[y].span;
-    return a.begin != b.begin ? a.begin < b.begin : a.end < b.end;
-  });
-  std::vector<Finding> sorted;
-  sorted.reserve(m_list.size());
-  std::vector<std::uint32_t> renumbered(m_list.size(), kNoRecord);
-  for (std::uint32_t old : order) {
-    const Finding& finding = m_list[old];
-    if (!sorted.empty() && SamePlaceAndMessage(sorted.back(), finding)) {
-      // Merged into the one before: its related places go with it.
-      ++sorted.back().count;
-      continue;
+  auto byPlace = [](const Finding& x, const Finding& y) {
+    return x.span.begin != y.span.begin ? x.span.begin < y.span.begin : x.span.end < y.span.end;
+  };
+  // Each finding's new number, where it changes.
+  std::vector<std::uint32_t> renumbered;
+  if (std::is_sorted(m_list.begin(), m_list.end(), byPlace)) {
+    // Found in the order of the file, as most are: merged where they stand.
+    if (!m_relations.empty()) renumbered.resize(m_list.size());
+    size_t kept = 0;
+    for (size_t i = 0; i < m_list.size(); ++i) {
+      if (kept > 0 && SamePlaceAndMessage(m_list[kept - 1], m_list[i])) {
+        ++m_list[kept - 1].count;
+        if (!renumbered.empty()) renumbered[i] = kNoRecord;
+        continue;
+      }
+      if (!renumbered.empty()) renumbered[i] = static_cast<std::uint32_t>(kept);
+      if (kept != i) m_list[kept] = m_list[i];
+      ++kept;
     }
-    renumbered[old] = static_cast<std::uint32_t>(sorted.size());
-    sorted.push_back(finding);
+    m_list.resize(kept);
+  } else {
+    // The order of the file, stably; then each finding's new number.
+    std::vector<std::uint32_t> order(m_list.size());
+    std::iota(order.begin(), order.end(), 0u);
+    std::stable_sort(order.begin(), order.end(),
+                     [this, &byPlace](std::uint32_t x, std::uint32_t y) { return byPlace(m_list[x], m_list[y]); });
+    std::vector<Finding> sorted;
+    sorted.reserve(m_list.size());
+    renumbered.assign(m_list.size(), kNoRecord);
+    for (std::uint32_t old : order) {
+      const Finding& finding = m_list[old];
+      if (!sorted.empty() && SamePlaceAndMessage(sorted.back(), finding)) {
+        // Merged into the one before: its related places go with it.
+        ++sorted.back().count;
+        continue;
+      }
+      renumbered[old] = static_cast<std::uint32_t>(sorted.size());
+      sorted.push_back(finding);
+    }
+    m_list = std::move(sorted);
   }
-  m_list = std::move(sorted);
 
   // Each finding's related places together, in the order they were added.
   for (Relation& relation : m_relations) relation.owner = renumbered[relation.owner];

@@ -110,6 +110,7 @@ void ReadRecorder::VersionLine(DWORD nBegin, DWORD nEnd, bool bEnded, bool bKeyw
     m_r.versionTaken = true;
     m_r.versionLayout = nLayout;
     m_r.version = ByteSpan{nBegin, nEnd};
+    if (m_layout == 2) Add(FindingKind::kLayout2Writer, m_r.version, Says(MessageForm::kLayout2Writer));
   } else if (bKeyword) {
     Add(FindingKind::kVersion, ByteSpan{nBegin, nEnd},
         Says(nEquals < 0 ? MessageForm::kVersionNoEquals : MessageForm::kVersionNoNumber));
@@ -126,6 +127,7 @@ void ReadRecorder::Kind(DWORD nBegin, DWORD nColon, POSITION posKind) {
   const std::uint32_t kind = static_cast<std::uint32_t>(m_r.kinds.size() - 1);
   m_haveKind = true;
   m_lineMade = true;
+  NoteName(0, kind, record.kind->m_Name, record.name);
   const ByteSpan line = LineOf(m_lineStart);
   switch (m_looks.Of(m_lineStart)) {
     case LineLook::kQuote:
@@ -160,6 +162,7 @@ void ReadRecorder::Manufacturer(DWORD nColon, DWORD nEnd, POSITION posManuf) {
   record.firstDevice = static_cast<std::uint32_t>(m_r.devices.size());
   m_r.manufacturers.push_back(record);
   ++m_r.kinds.back().manufacturerCount;
+  NoteName(1, static_cast<std::uint32_t>(m_r.manufacturers.size() - 1), record.manufacturer->m_Name, record.name);
   m_haveManuf = true;
   m_lineMade = true;
   m_cause = kNoRecord;  // a manufacturer read as it looks ends a cascade
@@ -291,6 +294,11 @@ void ReadRecorder::DefinitionLine(int nVerdict, int /*nField*/, int /*nIndex*/, 
   }
 }
 
+void ReadRecorder::NoteName(std::uint32_t what, std::uint32_t record, const CString& name, ByteSpan span) {
+  // The writer keeps the blank that "_" was read as.
+  if (name.Find(' ') >= 0) Add(FindingKind::kName, span, Says(MessageForm::kNameWithBlank, what, record));
+}
+
 void ReadRecorder::NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def) {
   if (m_r.definitions.size() > 1 && def.m_DefID <= m_lastId) m_r.idsAscend = false;
   m_lastId = def.m_DefID;
@@ -329,6 +337,13 @@ void ReadRecorder::HousingNumbers(int nTaken, bool bDevice) {
 }
 
 void ReadRecorder::BlockEnd(int nResult, DWORD nPos) {
+  // What a write does not keep of the device, noted behind what its lines
+  // said.
+  const DeviceRecord& device = m_r.devices.back();
+  if (m_layout == 7 && device.device->m_DeviceFlags != 0) {
+    Add(FindingKind::kLayout7Writer, device.name, Says(MessageForm::kDeviceMarkNotWritten));
+  }
+  NoteName(2, static_cast<std::uint32_t>(m_r.devices.size() - 1), device.device->m_DeviceName, device.name);
   m_lineFresh = false;
   if (nResult == 0 && nPos < m_n) {
     // The loop goes on one byte behind the failed line's end, in a line it

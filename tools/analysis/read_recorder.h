@@ -71,6 +71,9 @@ class ReadRecorder : public DevdefReadObserver {
   void StartCause(std::uint32_t finding, std::uint32_t line);
   ByteSpan LineOf(std::uint32_t lineStart) const { return m_looks.Trimmed(lineStart, m_looks.LineEnd(lineStart)); }
   static std::uint32_t ProblemOf(bool opened, bool closed);
+  // A kind (what 0), manufacturer (1) or device (2) whose name holds a
+  // blank, which a write does not keep as it was read.
+  void NoteName(std::uint32_t what, std::uint32_t record, const CString& name, ByteSpan span);
   // Notes what the analysis checks of a definition just read.
   void NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def);
 

@@ -4,18 +4,32 @@
 
 #include "tools/text/line_end.h"
 
-SourceMap::SourceMap(std::string_view bytes) : m_bytes(bytes) {
+namespace {
+
+// Calls found(offset) for the first byte of every line but the first.
+template <class Found>
+void ForEachLineStart(std::string_view bytes, Found found) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes.data());
   const size_t size = bytes.size();
-  m_starts.push_back(0);
-  size_t at = 0;
-  while (at < size) {
+  for (size_t at = 0; at < size;) {
     const size_t end = FindLineEnd(data, at, size);
     if (end >= size) break;
     at = end + 1;
     if (data[end] == '\r' && at < size && data[at] == '\n') ++at;
-    m_starts.push_back(static_cast<std::uint32_t>(at));
+    found(at);
   }
+}
+
+}  // namespace
+
+SourceMap::SourceMap(std::string_view bytes) : m_bytes(bytes) {
+  // The lines are counted first, so that their starts take a block of just
+  // that size.
+  size_t lines = 1;
+  ForEachLineStart(bytes, [&lines](size_t) { ++lines; });
+  m_starts.reserve(lines);
+  m_starts.push_back(0);
+  ForEachLineStart(bytes, [this](size_t at) { m_starts.push_back(static_cast<std::uint32_t>(at)); });
 }
 
 TextPoint SourceMap::PointOf(size_t offset) const {
