@@ -26,7 +26,7 @@ struct AnalysisOptions {
   std::string pathPrefix;  // the controller's path prefix: where its device list export goes
 };
 
-class AnalysisCtrl;
+class AnalysisCtrl;  // tools/analysis/analysis_ctrl.h
 
 class Analysis {
  public:

@@ -28,7 +28,7 @@ int RunExport(const ExportArguments& args) {
     if (analysis != nullptr && ctrl == nullptr) {
       std::fprintf(stderr, "devdef: export writes the device list of a layout 7 file; '%s' is of layout %d\n",
                    analysis->Path().c_str(), analysis->Layout());
-    } else if (ctrl != nullptr && ExportDeviceList(*ctrl, exportDir, args.dir)) {
+    } else if (ctrl != nullptr && ExportDeviceList(*analysis, *ctrl, exportDir, args.dir)) {
       status = kExitSuccess;
     }
   }

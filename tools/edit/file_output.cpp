@@ -10,7 +10,6 @@
 #include <fstream>
 #include <vector>
 
-#include "devdef/catalogue/catalogue_walk.h"
 
 namespace {
 
@@ -191,23 +190,22 @@ std::string MakeExportDirectory(const std::string& dir) {
   return name.data();
 }
 
-bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, const std::string& dir) {
+bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const std::string& exportDir,
+                      const std::string& dir) {
   const std::string tempFile = exportDir + "/k4devicelist.txt";
   ctrl.WriteK4DeviceList();
   // The library swallows failures of the export, so the file is checked:
   // one row for each device and for each adapter of generation 4.
   int devices = 0;
   int adapters = 0;
-  int expectedDevices = 0;
+  const int expectedDevices = static_cast<int>(analysis.Devices().size());
   int expectedAdapters = 0;
-  DevdefWalkDevices(ctrl.getDeviceList(), [&](const DevdefDevicePlace& place) {
-    ++expectedDevices;
-    for (int i = 0; i < place.device.m_DefArray.GetSize(); ++i) {
-      const DEVICE_KVRXDEF_ITEM& def = place.device.m_DefArray[i];
+  for (const DeviceRecord& device : analysis.Devices()) {
+    for (int i = 0; i < device.device->m_DefArray.GetSize(); ++i) {
+      const DEVICE_KVRXDEF_ITEM& def = device.device->m_DefArray[i];
       if (def.m_KvrType == 4) expectedAdapters += def.m_AdapterIds.GetSize();
     }
-    return false;
-  });
+  }
   bool ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices && adapters == expectedAdapters;
   if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
   if (ok) ok = CommitTemp(tempFile, dir + "/k4devicelist.txt");

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "devdef/devdef.h"
+#include "tools/analysis/analysis.h"
 
 enum class DefOutput { kWrite, kConvert };
 
@@ -29,10 +30,11 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
 // a message, on failure. The caller removes it.
 std::string MakeExportDirectory(const std::string& dir);
 
-// Writes the device list of ctrl, whose path prefix is exportDir + "/", and
-// moves it into dir as "k4devicelist.txt" when every row is there. On
-// failure a message is on standard error, nothing is left behind, and the
-// result is false.
-bool ExportDeviceList(KCDeviceDefCtrlV3& ctrl, const std::string& exportDir, const std::string& dir);
+// Writes the device list of ctrl, the controller of analysis whose path
+// prefix is exportDir + "/", and moves it into dir as "k4devicelist.txt"
+// when every row is there. On failure a message is on standard error,
+// nothing is left behind, and the result is false.
+bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const std::string& exportDir,
+                      const std::string& dir);
 
 #endif  // DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_

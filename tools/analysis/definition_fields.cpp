@@ -1,0 +1,63 @@
+// A definition's number fields, as its layout's line reader reads the line
+// again, watched; and the words they stand in.
+#include "tools/analysis/analysis.h"
+#include "tools/analysis/analysis_ctrl.h"
+
+namespace {
+
+// Collects the fields a definition line reader reports.
+class FieldCollector : public DevdefReadObserver {
+ public:
+  FieldCollector() { m_bFields = true; }
+  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, DWORD nValue) override {
+    FieldRecord field;
+    field.field = nField;
+    field.index = nIndex;
+    field.taken = ByteSpan{static_cast<std::uint32_t>(nBegin), static_cast<std::uint32_t>(nEnd)};
+    field.value = nValue;
+    fields.push_back(field);
+  }
+  std::vector<FieldRecord> fields;
+};
+
+}  // namespace
+
+std::vector<FieldRecord> Analysis::Fields(std::uint32_t definition) {
+  const ByteSpan line = m_records.definitions[definition].line;
+  const std::string_view bytes = Bytes();
+  const CString text(bytes.data() + line.begin, static_cast<int>(line.end - line.begin));
+  if (m_scratch.IsEmpty()) {
+    DEVICE_ITEM device;
+    m_scratch.AddTail(device);
+  }
+  FieldCollector collector;
+  {
+    DevdefReadObserverScope watching(&collector);
+    m_ctrl->ReadDefinitionLine(m_scratch.GetHeadPosition(), text);
+  }
+  m_scratch.GetHead().m_DefArray.SetSize(0);
+  // Into the file, each with the word it stands in, as it looks.
+  for (FieldRecord& field : collector.fields) {
+    field.taken.begin += line.begin;
+    field.taken.end += line.begin;
+    const bool list = field.field == kDevdefFieldPackage || field.field == kDevdefFieldAdapter;
+    field.word = WordFrom(field.taken.begin, line.end, list);
+  }
+  return std::move(collector.fields);
+}
+
+ByteSpan Analysis::IdWord(std::uint32_t definition) const {
+  const DefinitionRecord& record = m_records.definitions[definition];
+  return WordFrom(record.id, record.line.end, false);
+}
+
+ByteSpan Analysis::WordFrom(std::uint32_t begin, std::uint32_t lineEnd, bool list) const {
+  const std::string_view bytes = Bytes();
+  std::uint32_t end = begin;
+  while (end < lineEnd) {
+    const char c = bytes[end];
+    if (c == ' ' || c == '\t' || c == ':' || (list && c == ',')) break;
+    ++end;
+  }
+  return ByteSpan{begin, end};
+}
