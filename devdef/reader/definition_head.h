@@ -111,6 +111,27 @@ DEVDEF_READER_NOINLINE int DevdefReadReportedLine(DevdefReadObserver* observer, 
   return DevdefLineResult(verdict);
 }
 
+// A definition line reader of layouts 1 and 2: splits strLine and reads
+// its number fields into def with readFields(head, def, report), a generic
+// function made for both reports; add() adds the definition made. Gives
+// the reader's result.
+template <class ReadFields, class Add>
+int DevdefReadSplitLine(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, ReadFields readFields, Add add) {
+  // One head buffer per thread, reused line after line.
+  static thread_local CString head;
+  auto read = [&strLine, &def, &readFields](auto& report) -> int {
+    if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
+      return report.SplitRefused(strLine);
+    }
+    return readFields(head, def, report);
+  };
+  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) return DevdefReadReportedLine(observer, read, add);
+  DevdefNoReport silent;
+  const int verdict = read(silent);
+  if (verdict == kDevdefLineAdded) add();
+  return DevdefLineResult(verdict);
+}
+
 // The header list that a keyword names, compared without regard to case:
 // "HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST", or null.
 CStringArray* DevdefHeaderList(const CString& strKeyword);

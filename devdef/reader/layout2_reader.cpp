@@ -59,33 +59,18 @@ int ReadLayout2Fields(const CString& head, DEVICE_KVRXDEF_ITEM& def, Report& rep
   return kDevdefLineAdded;
 }
 
-// Reads a layout 2 definition line into def, reporting to report. Gives
-// the verdict.
-template <class Report>
-int ReadLayout2Line(const CString& strLine, DEVICE_KVRXDEF_ITEM& def, Report& report) {
-  // One head buffer per thread, reused line after line.
-  static thread_local CString head;
-  if (!DevdefSplitDefinitionLine(strLine, strLine.GetLength(), def, head, report, 0)) {
-    return report.SplitRefused(strLine);
-  }
-  return ReadLayout2Fields(head, def, report);
-}
-
 }  // namespace
 
 int KCDeviceDefCtrlV2::RDF_ReadKvrXDefLine(POSITION /*posKind*/, POSITION /*posManuf*/, POSITION posDevice,
                                            const CString& strLine) {
   DEVICE_KVRXDEF_ITEM def;
-  auto add = [&] {
-    if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
-    DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
-  };
-  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) {
-    return DevdefReadReportedLine(
-        observer, [&](DevdefLineReport& report) { return ReadLayout2Line(strLine, def, report); }, add);
-  }
-  DevdefNoReport silent;
-  const int verdict = ReadLayout2Line(strLine, def, silent);
-  if (verdict == kDevdefLineAdded) add();
-  return DevdefLineResult(verdict);
+  return DevdefReadSplitLine(
+      strLine, def,
+      [](const CString& head, DEVICE_KVRXDEF_ITEM& read, auto& report) {
+        return ReadLayout2Fields(head, read, report);
+      },
+      [&] {
+        if (m_bCheckIds) RDF_CheckDuplicateId(def.m_DefID);
+        DevdefAddReadDefinition(CList<DEVICE_ITEM, DEVICE_ITEM&>::GetAtPosition(posDevice), m_nKvrType, def);
+      });
 }
