@@ -63,8 +63,11 @@ class Recorder : public DevdefReadObserver {
   void EndRead(CByteArray& buffer) override { ended = buffer.GetSize() == static_cast<int>(bytes.size()); }
   void Kind(DWORD nBegin, DWORD nColon, POSITION posKind) override {
     EXPECT_EQ(bytes[nColon], ':');
-    names.push_back(Name(nBegin, nColon) + " = " +
-                    Bytes(CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>::GetAtPosition(posKind).m_Name));
+    const std::string name = Bytes(CList<TAG_KIND_OF_DEVICE, TAG_KIND_OF_DEVICE&>::GetAtPosition(posKind).m_Name);
+    // A list in braces read in between keeps its keyword in the name and
+    // takes the bytes up to its "}".
+    if (name.compare(0, 13, "HOUSING LIST ") == 0 || name.compare(0, 13, "ADAPTER LIST ") == 0) return;
+    names.push_back(Name(nBegin, nColon) + " = " + name);
   }
   void Manufacturer(DWORD nColon, DWORD nEnd, POSITION posManuf) override {
     if (posManuf == nullptr) return;

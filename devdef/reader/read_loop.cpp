@@ -55,13 +55,17 @@ int KCDeviceDefCtrl::ReadDefFile(CString strFile, bool bReportError) {
   const BYTE* buffer = m_FileBuf.GetData();
   DevdefReadObserver* const observer = DevdefActiveReadObserver();
   if (observer != nullptr) observer->BeginRead(buffer, m_nBufSize);
+  DWORD lineStart = 0;  // where the line the loop reads started, for the observer
   if (m_nBufSize != 0) {
     // strToken grows by one byte a pass; reserve for typical lines up front.
     strToken.Preallocate(256);
     do {
       cCurrent = buffer[m_nBufPos];
       if (IsLineEnd(cCurrent)) {
-        if (observer != nullptr) observer->LineEnd(m_nBufPos, nLineState);
+        if (observer != nullptr) {
+          observer->LineEnd(m_nBufPos, nLineState);
+          lineStart = m_nBufPos + 1;
+        }
         nLineState = 0;
         strToken.Empty();
         ++m_nBufPos;
@@ -97,8 +101,11 @@ int KCDeviceDefCtrl::ReadDefFile(CString strFile, bool bReportError) {
             RDF_ReadKvr3DefLine(posKind, posManuf, posDevice, strToken, cCurrent, nLineState);
           }
         }
-        if (!strToken.IsEmpty() && cCurrent == ':' && nLineState == 0) {
-          RDF_CheckForDeviceKindItem(posKind, strToken, nLineState);
+        if (!strToken.IsEmpty() && cCurrent == ':' && nLineState == 0 &&
+            RDF_CheckForDeviceKindItem(posKind, strToken, nLineState) && observer != nullptr) {
+          // The name is what the loop took since its line started, which
+          // may hold a header list read in between.
+          observer->Kind(lineStart, m_nBufPos, posKind);
         }
       }
       strToken += cCurrent;

@@ -84,7 +84,9 @@ class DEVDEF_API DevdefReadObserver {
   // bTaken: the line is the version line, of layout nLayout.
   virtual void VersionLine(DWORD nBegin, DWORD nEnd, bool bEnded, bool bKeyword, long nEquals, bool bTaken,
                            int nLayout);
-  // A kind named by the bytes [nBegin, nColon) was made.
+  // A kind was made of the bytes the loop took from nBegin, where its line
+  // started, up to the ":" at nColon: all of them, unless a list in braces
+  // read in between took some.
   virtual void Kind(DWORD nBegin, DWORD nColon, POSITION posKind);
   // The ":" at nColon opened a manufacturer name up to nEnd; posManuf is the
   // manufacturer made, or null when no kind is current or the buffer ended

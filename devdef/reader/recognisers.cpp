@@ -102,8 +102,6 @@ POSITION KCDeviceDefCtrl::RDF_ManufacturerItem(POSITION posKind, CString& strTok
 
 int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strToken, int& nLineState) {
   if (!(m_nBufPos + 1 < m_nBufSize) || !EndsName(m_FileBuf.GetData()[m_nBufPos + 1])) return 0;
-  // The token is the bytes in front of the ":" on this line.
-  const DWORD nameStart = m_nBufPos - static_cast<DWORD>(strToken.GetLength());
   strToken.Replace('_', ' ');
   TAG_KIND_OF_DEVICE kind;
   kind.m_Name = strToken;
@@ -111,7 +109,6 @@ int KCDeviceDefCtrl::RDF_CheckForDeviceKindItem(POSITION& posKind, CString& strT
   posKind = m_DeviceList.AddTail(kind);
   strToken.Empty();
   nLineState = 2;
-  if (DevdefReadObserver* observer = DevdefActiveReadObserver()) observer->Kind(nameStart, m_nBufPos, posKind);
   return 1;
 }
 
