@@ -39,12 +39,21 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
   // The first byte kept is no blank, so a blank is dropped exactly when the
   // byte kept before it is a blank.
   char previous = '\0';
-  for (const char* p = pLine + in; p < end; ++p) {
-    const char c = *p == '\t' ? ' ' : *p;
-    if (c == ' ' && previous == ' ') continue;
-    if (pSources != nullptr) pSources[out - head] = static_cast<int>(p - pLine);
-    *out++ = c;
-    previous = c;
+  if (pSources == nullptr) {
+    for (const char* p = pLine + in; p < end; ++p) {
+      const char c = *p == '\t' ? ' ' : *p;
+      if (c == ' ' && previous == ' ') continue;
+      *out++ = c;
+      previous = c;
+    }
+  } else {
+    for (const char* p = pLine + in; p < end; ++p) {
+      const char c = *p == '\t' ? ' ' : *p;
+      if (c == ' ' && previous == ' ') continue;
+      pSources[out - head] = static_cast<int>(p - pLine);
+      *out++ = c;
+      previous = c;
+    }
   }
   strHead.ReleaseBuffer(static_cast<int>(out - head));
   return true;
