@@ -61,7 +61,6 @@ class Analysis {
 
   // The records, in the order the reader met them, which is also the
   // catalogue's walk order.
-  const ByteSpan* VersionPlace() const { return Usable() ? &m_records.version : nullptr; }
   const std::vector<KindRecord>& Kinds() const { return m_records.kinds; }
   const std::vector<ManufacturerRecord>& Manufacturers() const { return m_records.manufacturers; }
   const std::vector<DeviceRecord>& Devices() const { return m_records.devices; }
@@ -74,12 +73,8 @@ class Analysis {
   // definition is an index into them.
   const std::vector<std::string>& ListNames(int list) const { return m_listNames[list]; }
 
-  // The definition of a record as the catalogue holds it, and its index in
-  // its device's m_DefArray.
+  // The definition of a record as the catalogue holds it.
   DEVICE_KVRXDEF_ITEM& DefinitionOf(std::uint32_t definition) const;
-  int IndexInDevice(std::uint32_t definition) const {
-    return static_cast<int>(definition - m_records.devices[m_records.definitions[definition].device].firstDefinition);
-  }
   // The record of a device of the catalogue, or kNoRecord; a walk over the
   // records.
   std::uint32_t DeviceRecordOf(const DEVICE_ITEM* device) const;
@@ -95,9 +90,9 @@ class Analysis {
   const Findings& FindingsOf() const { return m_records.findings; }
   // What a finding says (the file's bytes, as they are), with the line of
   // its cause for a consequence of a failed line; what a related place or
-  // message form says. A message of its own (MessageForm::kText) is one of the
-  // texts of owner, the findings the finding belongs to: this analysis's,
-  // or findings about this file made elsewhere (those of a write).
+  // message form says. A message of its own (MessageForm::kText) is one of
+  // the texts of owner, the findings the finding belongs to: this
+  // analysis's, or findings about this file made elsewhere (a write's).
   std::string MessageOf(const Finding& finding, const Findings& owner) const;
   std::string MessageOf(const MessageArgs& says, const Findings& owner) const;
   std::string MessageOf(const Finding& finding) const { return MessageOf(finding, m_records.findings); }
@@ -107,9 +102,9 @@ class Analysis {
   // Reads the file at libraryPath with the controller of layout.
   void ReadWith(const std::string& libraryPath, const AnalysisOptions& options, int layout);
   void ReadThrough(const std::string& libraryPath, const AnalysisOptions& options);
-  // Findings about what the read made rather than how it read: duplicate
-  // ids, numbers without names, names with blanks and what a write of the
-  // layout does not keep (catalogue_checks.cpp).
+  // Findings about what the read made, once it is over: a file without a
+  // version line, duplicate ids, numbers without names and what the layout
+  // 7 writer does not keep of a definition (catalogue_checks.cpp).
   void CheckCatalogue();
   void CheckDefinitions();
   std::string Text(ByteSpan span) const;

@@ -8,14 +8,6 @@
 
 namespace {
 
-MessageArgs Says(MessageForm form, std::uint32_t a = 0, std::uint32_t b = 0) {
-  MessageArgs says;
-  says.form = form;
-  says.a = a;
-  says.b = b;
-  return says;
-}
-
 // The word of the field of this kind and index, or the whole line when the
 // reader gave no such field. A line gives its fields in the order of kind
 // and index, so a line of many numbers costs one search per number.

@@ -119,6 +119,19 @@ struct MessageArgs {
   ByteSpan quoted;
 };
 
+// What a message of this form says with these arguments (and quoting the
+// bytes of quoted).
+inline MessageArgs Says(MessageForm form, std::uint32_t a = 0, std::uint32_t b = 0, std::uint32_t c = 0,
+                        ByteSpan quoted = ByteSpan()) {
+  MessageArgs says;
+  says.form = form;
+  says.a = a;
+  says.b = b;
+  says.c = c;
+  says.quoted = quoted;
+  return says;
+}
+
 inline bool operator==(const MessageArgs& x, const MessageArgs& y) {
   return x.form == y.form && x.a == y.a && x.b == y.b && x.c == y.c && x.quoted == y.quoted;
 }

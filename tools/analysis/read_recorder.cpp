@@ -1,28 +1,15 @@
 #include "tools/analysis/read_recorder.h"
 
-#include "tools/text/line_end.h"
-
 #include <utility>
+
+#include "tools/text/line_end.h"
 
 namespace {
 
 // A cause lists its first consequences; each names the cause.
 constexpr std::uint32_t kMaxListed = 50;
 
-MessageArgs Says(MessageForm form, std::uint32_t a = 0, std::uint32_t b = 0, std::uint32_t c = 0) {
-  MessageArgs says;
-  says.form = form;
-  says.a = a;
-  says.b = b;
-  says.c = c;
-  return says;
-}
-
-MessageArgs Quoting(MessageForm form, ByteSpan quoted, std::uint32_t a = 0) {
-  MessageArgs says = Says(form, a);
-  says.quoted = quoted;
-  return says;
-}
+MessageArgs Quoting(MessageForm form, ByteSpan quoted, std::uint32_t a = 0) { return Says(form, a, 0, 0, quoted); }
 
 }  // namespace
 
@@ -42,7 +29,6 @@ void ReadRecorder::BeginRead(const BYTE* pBuffer, DWORD nSize) {
 void ReadRecorder::EndRead(CByteArray& buffer) {
   // The last line, which no line end closed.
   if (m_dropArmed || m_lineStart < m_n) EndLine(m_n, true);
-  m_r.ended = true;
   // The reader lets go of its buffer now: the analysis keeps it.
   m_r.bytes = std::make_unique<CByteArray>(std::move(buffer));
   m_b = m_r.bytes->GetData();

@@ -34,7 +34,6 @@ struct ReadRecords {
   std::vector<std::uint32_t> noteworthy;
   bool idsAscend = true;
   std::unique_ptr<CByteArray> bytes;     // the file, taken from the reader at the end of the read
-  bool ended = false;                    // the read loop ran to the end of the file
 };
 
 class ReadRecorder : public DevdefReadObserver {
