@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "tools/diagnostics/finding_text.h"
 #include "tools/text/text_encoding.h"
 
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson) {
@@ -54,7 +55,7 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
   if (reportDuplicates && args.options.checkIds && !args.quiet) {
     for (const Finding& finding : analysis->FindingsOf().List()) {
       if (finding.says.form != MessageForm::kIdAlreadyUsed) continue;
-      const TextPoint at = analysis->Map().PointOf(finding.span.begin);
+      const TextPoint at = ShownPoint(*analysis, finding.span.begin, ColumnUnit::kUtf8Bytes);
       std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(), at.line, at.column,
                    ShownText(analysis->MessageOf(finding)).c_str());
     }

@@ -11,3 +11,18 @@ std::string FindingMessage(const Analysis& analysis, const Findings& findings, c
 std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place) {
   return ShownText(analysis.MessageOf(place.says, findings));
 }
+
+TextPoint ShownPoint(const Analysis& analysis, size_t offset, ColumnUnit unit) {
+  TextPoint point = analysis.Map().PointOf(offset);
+  if (point.line < 1 || point.column <= 1) return point;
+  const size_t lineStart = offset - static_cast<size_t>(point.column - 1);
+  point.column = ColumnOf(ShownEncoding(), analysis.Bytes().substr(lineStart, offset - lineStart), unit);
+  return point;
+}
+
+TextRange ShownRange(const Analysis& analysis, ByteSpan span, ColumnUnit unit) {
+  TextRange range = analysis.Map().RangeOf(span);
+  range.start = ShownPoint(analysis, span.begin, unit);
+  range.stop = ShownPoint(analysis, span.end, unit);
+  return range;
+}

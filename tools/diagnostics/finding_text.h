@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
+#include "tools/text/text_encoding.h"
 
 // The message of a finding about analysis's file, one of findings, as UTF-8
 // (the run's encoding), with " (N times)" behind it when N identical
@@ -12,5 +13,11 @@
 std::string FindingMessage(const Analysis& analysis, const Findings& findings, const Finding& finding);
 // What a related place says, as UTF-8.
 std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place);
+
+// The line and column of the byte at offset of analysis's file, the column
+// counted in unit for the file decoded as this run shows it.
+TextPoint ShownPoint(const Analysis& analysis, size_t offset, ColumnUnit unit);
+// Both ends of span so.
+TextRange ShownRange(const Analysis& analysis, ByteSpan span, ColumnUnit unit);
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_FINDING_TEXT_H_

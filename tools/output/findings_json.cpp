@@ -1,5 +1,6 @@
 #include "tools/output/findings_json.h"
 
+#include "tools/diagnostics/finding_text.h"
 #include "tools/diagnostics/severity_summary.h"
 #include "tools/output/json_document.h"
 #include "tools/output/json_stream.h"
@@ -8,9 +9,9 @@ using nlohmann::json;
 
 namespace {
 
-// The span's place, into object.
-void AddRange(json& object, const SourceMap& map, ByteSpan span) {
-  const TextRange range = map.RangeOf(span);
+// The span's place, into object; columns count characters, as SARIF's do.
+void AddRange(json& object, const Analysis& analysis, ByteSpan span) {
+  const TextRange range = ShownRange(analysis, span, ColumnUnit::kCodePoints);
   object["line"] = range.start.line;
   object["column"] = range.start.column;
   object["end_line"] = range.stop.line;
@@ -18,17 +19,16 @@ void AddRange(json& object, const SourceMap& map, ByteSpan span) {
 }
 
 json FindingJson(const Analysis& analysis, const Findings& findings, const Finding* finding) {
-  const SourceMap& map = analysis.Map();
   json related = json::array();
   for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
     json item = json::object();
-    AddRange(item, map, place->span);
+    AddRange(item, analysis, place->span);
     PutShownText(item, "message", analysis.MessageOf(place->says, findings));
     item["cause"] = place->cause;
     related.push_back(std::move(item));
   }
   json item = json::object();
-  AddRange(item, map, finding->span);
+  AddRange(item, analysis, finding->span);
   item["severity"] = SeverityName(finding->severity);
   item["kind"] = InfoOf(finding->kind).id;
   PutShownText(item, "message", analysis.MessageOf(*finding, findings));

@@ -25,8 +25,8 @@ json Rules() {
 }
 
 // A place in the file: the run's artifact 0 and the span as a region.
-json PhysicalLocation(const std::string& uri, const SourceMap& map, ByteSpan span) {
-  const TextRange range = map.RangeOf(span);
+json PhysicalLocation(const std::string& uri, const Analysis& analysis, ByteSpan span) {
+  const TextRange range = ShownRange(analysis, span, ColumnUnit::kCodePoints);
   json location = {{"artifactLocation", {{"uri", uri}, {"index", 0}}}};
   // Lines and columns start at 1; a place without them has no region.
   if (range.start.line >= 1 && range.start.column >= 1) {
@@ -40,18 +40,17 @@ json PhysicalLocation(const std::string& uri, const SourceMap& map, ByteSpan spa
 
 // One finding as a result of the run.
 json Result(const std::string& uri, const Analysis& analysis, const Findings& findings, const Finding* finding) {
-  const SourceMap& map = analysis.Map();
   json result = {{"ruleId", InfoOf(finding->kind).id},
                  {"ruleIndex", static_cast<int>(finding->kind)},
                  {"level", Level(finding->severity)},
                  {"message", {{"text", FindingMessage(analysis, findings, *finding)}}},
-                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, map, finding->span)}}})},
+                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, analysis, finding->span)}}})},
                  {"occurrenceCount", finding->count}};
   if (finding->relatedCount > 0) {
     json related = json::array();
     for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
       related.push_back(json{{"id", related.size()},
-                             {"physicalLocation", PhysicalLocation(uri, map, place->span)},
+                             {"physicalLocation", PhysicalLocation(uri, analysis, place->span)},
                              {"message", {{"text", RelatedMessage(analysis, findings, *place)}}}});
     }
     result["relatedLocations"] = std::move(related);

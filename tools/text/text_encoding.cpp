@@ -100,6 +100,32 @@ bool AppendDecoded(TextEncoding encoding, const char* bytes, size_t length, std:
   return lossless;
 }
 
+long ColumnOf(TextEncoding encoding, std::string_view before, ColumnUnit unit) {
+  long column = 1;
+  size_t at = 0;
+  while (at < before.size()) {
+    const size_t ascii = AsciiRun(before.data() + at, before.size() - at);
+    column += static_cast<long>(ascii);
+    at += ascii;
+    if (at >= before.size()) break;
+    if (encoding != TextEncoding::kUtf8) {
+      // One byte, one character of two or three bytes in UTF-8.
+      const char32_t character = encoding == TextEncoding::kLatin1
+                                     ? static_cast<unsigned char>(before[at])
+                                     : Windows1252CodePoint(static_cast<unsigned char>(before[at]));
+      column += unit == ColumnUnit::kCodePoints ? 1 : character < 0x800 ? 2 : 3;
+      ++at;
+      continue;
+    }
+    char32_t character = 0;
+    const size_t length = NextCodePoint(before.data() + at, before.size() - at, &character);
+    const size_t taken = length == 0 ? 1 : length;
+    column += unit == ColumnUnit::kCodePoints ? 1 : static_cast<long>(taken);
+    at += taken;
+  }
+  return column;
+}
+
 void SetShownEncoding(TextEncoding encoding) { g_shown = encoding; }
 
 TextEncoding ShownEncoding() { return g_shown; }

@@ -34,6 +34,17 @@ TextEncoding DetectTextEncoding(std::string_view bytes);
 // becomes U+FFFD; the result is false when that happened.
 bool AppendDecoded(TextEncoding encoding, const char* bytes, size_t length, std::string* out);
 
+// How a column counts what stands in front of it on its line.
+enum class ColumnUnit {
+  kUtf8Bytes,   // bytes of the text as UTF-8: what Vim counts, whatever the file's encoding
+  kCodePoints,  // characters, as SARIF's "unicodeCodePoints" counts them
+};
+
+// The 1-based column of the byte behind before (the bytes of its line in
+// front of it) when the line is decoded as encoding. An ill-formed part of
+// UTF-8 counts as one character.
+long ColumnOf(TextEncoding encoding, std::string_view before, ColumnUnit unit);
+
 // Sets the encoding of this run; Windows-1252 until it is set.
 void SetShownEncoding(TextEncoding encoding);
 // The encoding of this run.
