@@ -1,12 +1,14 @@
 // Reads arbitrary bytes through the tool's analysis, as the layout that the
 // last byte picks, and checks that every record holds what the catalogue
 // got in the catalogue's order, that every field the reader reports again
-// lies in its line, and that every finding lies in the file and says
-// something. The options come from the input's last byte, so that the seed
+// lies in its line and either reads as it looks or carries a finding, and
+// that every finding lies in the file and says something. The options come from the input's last byte, so that the seed
 // files are read whole.
 #include <strings.h>
 
 #include <cstring>
+#include <set>
+#include <utility>
 
 #include "fuzz/fuzz_support.h"
 #include "tools/analysis/analysis.h"
@@ -33,7 +35,39 @@ bool KindNameHolds(std::string_view bytes, const std::string& name) {
   return false;
 }
 
+// Whether a number's word reads as it looks: digits of its radix alone
+// (a "+" and, in hexadecimal, "0x" in front allowed) whose value fits the
+// field and is the value stored.
+bool ReadsAsItLooks(std::string_view word, const FieldRecord& field) {
+  size_t at = 0;
+  if (at < word.size() && word[at] == '+') ++at;
+  if (field.hex && word.size() > at + 2 && word[at] == '0' && (word[at + 1] == 'x' || word[at + 1] == 'X')) at += 2;
+  if (at == word.size()) return false;
+  unsigned long long value = 0;
+  for (; at < word.size(); ++at) {
+    const char c = word[at];
+    unsigned digit = 0;
+    if (c >= '0' && c <= '9') {
+      digit = static_cast<unsigned>(c - '0');
+    } else if (field.hex && c >= 'a' && c <= 'f') {
+      digit = static_cast<unsigned>(c - 'a' + 10);
+    } else if (field.hex && c >= 'A' && c <= 'F') {
+      digit = static_cast<unsigned>(c - 'A' + 10);
+    } else {
+      return false;
+    }
+    value = value * (field.hex ? 16 : 10) + digit;
+    if (value > 0xFFFFFFFFull) return false;
+  }
+  const bool sixteen = field.field == kDevdefFieldPackage || field.field == kDevdefFieldAdapter;
+  return value <= (sixteen ? 0xFFFFull : 0xFFFFFFFFull) && value == field.value;
+}
+
 void CheckRecords(Analysis& analysis) {
+  std::set<std::pair<std::uint32_t, std::uint32_t>> misread;
+  for (const Finding& finding : analysis.FindingsOf().List()) {
+    if (finding.kind == FindingKind::kNumber) misread.emplace(finding.span.begin, finding.span.end);
+  }
   const std::string_view bytes = analysis.Bytes();
   std::uint32_t device = 0;
   for (const KindRecord& kind : analysis.Kinds()) {
@@ -64,6 +98,9 @@ void CheckRecords(Analysis& analysis) {
         for (const FieldRecord& field : analysis.Fields(definition)) {
           DEVDEF_FUZZ_CHECK(line.begin <= field.taken.begin && field.taken.end <= field.word.end &&
                             field.word.end <= line.end);
+          const std::string_view word = bytes.substr(field.word.begin, field.word.end - field.word.begin);
+          DEVDEF_FUZZ_CHECK(ReadsAsItLooks(word, field) ||
+                            misread.count(std::make_pair(field.word.begin, field.word.end)) == 1);
         }
       }
     }

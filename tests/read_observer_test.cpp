@@ -87,18 +87,16 @@ class Recorder : public DevdefReadObserver {
   void BlockLine(DWORD nFirst, DWORD nLast, DWORD, int nStep) override {
     if (nStep == kDevdefBlockLine) line = bytes.substr(nFirst, nLast - nFirst);
   }
-  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, DWORD nValue) override {
-    // The bytes reported read, as a number, as what was stored.
+  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue) override {
+    // The bytes reported read, in the radix reported, as what was stored.
     const std::string number = line.substr(static_cast<size_t>(nBegin), static_cast<size_t>(nEnd - nBegin));
     unsigned int value = 0;
-    const char* end = DevdefScanNumber(number.c_str(), nField == kDevdefFieldValue, &value, nullptr);
+    const char* end = DevdefScanNumber(number.c_str(), bHex, &value, nullptr);
     ASSERT_NE(end, nullptr) << number;
     EXPECT_EQ(end, number.c_str() + number.size()) << number;
     fields.push_back(std::to_string(nField) + "." + std::to_string(nIndex) + "=" + std::to_string(nValue));
     if (nField == kDevdefFieldPackage || nField == kDevdefFieldAdapter) value &= 0xFFFF;
-    if (nField != kDevdefFieldValue) {
-      EXPECT_EQ(value, nValue) << number;
-    }
+    EXPECT_EQ(value, nValue) << number;
   }
   void DefinitionLine(int nVerdict, int, int, int nHead) override {
     if (nVerdict != kDevdefLineAdded) {

@@ -79,7 +79,7 @@ void DevdefLineReport::ReportField(int nField, int nIndex, const char* pHead, co
   if (end == nullptr || end == first) return;
   const int begin = m_pSources[first - pHead] + m_nOffset;
   const int stop = m_pSources[end - pHead - 1] + 1 + m_nOffset;
-  m_pObserver->DefinitionField(nField, nIndex, begin, stop, nValue);
+  m_pObserver->DefinitionField(nField, nIndex, begin, stop, bHex, nValue);
 }
 
 CStringArray* DevdefHeaderList(const CString& strKeyword) {

@@ -113,9 +113,9 @@ class DEVDEF_API DevdefReadObserver {
   virtual void BlockEnd(int nResult, DWORD nPos);
   // A definition line reader read field nField (entry nIndex of its list
   // or of m_DefValues) as nValue from [nBegin, nEnd) of its line: from the
-  // field's first byte to the end of what the number took. Only when
-  // m_bFields is set.
-  virtual void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, DWORD nValue);
+  // field's first byte to the end of what the number took, in hexadecimal
+  // when bHex. Only when m_bFields is set.
+  virtual void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue);
   // A definition line reader finished its line with verdict; for a refused
   // line, nField and nIndex name the field it failed at (else -1). The
   // number fields start at nHead of the line (the id's first byte), or -1

@@ -46,8 +46,9 @@ class Analysis {
   // True when the library read the file (ReadDefFile gave 1).
   bool Read() const { return m_read; }
   // True when the file was read and is a definition file: it has a version
-  // line that the reader took. What the commands work on.
-  bool Usable() const { return m_read && m_records.versionTaken; }
+  // line that the reader took, or one that a byte order mark or white space
+  // hides from the reader (a finding says so). What the commands work on.
+  bool Usable() const { return m_read && m_error.empty(); }
   // Why the file is not usable, in one line; empty when it is.
   const std::string& Error() const { return m_error; }
   // The layout the file was read as: the option, else the version line's;

@@ -160,6 +160,22 @@ void Analysis::ReadThrough(const std::string& libraryPath, const AnalysisOptions
     ReadWith(libraryPath, options, declared);
   }
   m_layout = options.layout != 0 ? options.layout : declared;
+  // A version line that the reader does not see for a byte order mark or
+  // white space in front of it: the file is read as the layout that line
+  // names (the reader passes over every line all the same) and the finding
+  // says why.
+  std::uint32_t keyword = 0;
+  const bool hidden =
+      !m_records.versionTaken && LineLooks(Bytes(), first).HiddenVersionLine(&keyword) != kNoRecord;
+  if (hidden && options.layout == 0) {
+    const std::string_view bytes = Bytes();
+    const size_t equals = bytes.substr(0, LineLooks(bytes, first).LineEnd(keyword)).find('=', keyword);
+    const int named = equals != std::string_view::npos
+                          ? std::atoi(std::string(bytes.substr(equals + 1, 12)).c_str())
+                          : -1;
+    m_layout = Readable(named) ? named : first;
+    if (m_layout != first) ReadWith(libraryPath, options, m_layout);
+  }
   const std::string quoted = "'" + m_path + "'";
   if (!m_read) {
     if (declared != -1 && options.layout != 0 && declared != options.layout) {
@@ -186,7 +202,7 @@ void Analysis::ReadThrough(const std::string& libraryPath, const AnalysisOptions
   }
   CheckCatalogue();
   m_records.findings.Finish();
-  if (m_records.versionTaken) return;
+  if (m_records.versionTaken || hidden) return;
   const std::string_view bytes = Bytes();
   if (bytes.empty()) {
     m_error = quoted + " is empty: a definition file opens with a line \"DEF_LAYOUT_VERSION = N\"";

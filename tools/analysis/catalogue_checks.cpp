@@ -26,7 +26,18 @@ void Analysis::CheckCatalogue() {
   Findings& findings = m_records.findings;
   if (!m_records.versionTaken) {
     const LineLooks looks(Bytes(), m_layout);
-    findings.Add(FindingKind::kNoVersion, ByteSpan{0, looks.LineEnd(0)}, Says(MessageForm::kNoVersion));
+    // A version line that a byte order mark or white space hides is said
+    // where it stands; otherwise the file has none at all.
+    std::uint32_t keyword = 0;
+    const std::uint32_t hidden = looks.HiddenVersionLine(&keyword);
+    if (hidden == kNoRecord) {
+      findings.Add(FindingKind::kNoVersion, ByteSpan{0, looks.LineEnd(0)}, Says(MessageForm::kNoVersion));
+    } else if (hidden == 0 && Bytes().substr(0, 3) == "\xEF\xBB\xBF") {
+      findings.Add(FindingKind::kNoVersion, ByteSpan{0, looks.LineEnd(0)}, Says(MessageForm::kVersionBehindMark));
+    } else {
+      findings.Add(FindingKind::kNoVersion, ByteSpan{hidden, looks.LineEnd(hidden)},
+                   Says(MessageForm::kVersionBehindBlanks, keyword - hidden));
+    }
   }
   CheckDefinitions();
 }

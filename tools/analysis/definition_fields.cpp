@@ -2,6 +2,7 @@
 // again, watched; and the words they stand in.
 #include "tools/analysis/analysis.h"
 #include "tools/analysis/analysis_ctrl.h"
+#include "tools/analysis/number_look.h"
 
 namespace {
 
@@ -9,8 +10,9 @@ namespace {
 class FieldCollector : public DevdefReadObserver {
  public:
   FieldCollector() { m_bFields = true; }
-  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, DWORD nValue) override {
+  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue) override {
     FieldRecord field;
+    field.hex = bHex;
     field.field = nField;
     field.index = nIndex;
     field.taken = ByteSpan{static_cast<std::uint32_t>(nBegin), static_cast<std::uint32_t>(nEnd)};
@@ -40,8 +42,7 @@ std::vector<FieldRecord> Analysis::Fields(std::uint32_t definition) {
   for (FieldRecord& field : collector.fields) {
     field.taken.begin += line.begin;
     field.taken.end += line.begin;
-    const bool list = field.field == kDevdefFieldPackage || field.field == kDevdefFieldAdapter;
-    field.word = WordFrom(field.taken.begin, line.end, list);
+    field.word = WordFrom(field.taken.begin, line.end, ListField(m_layout, field.field));
   }
   return std::move(collector.fields);
 }
@@ -52,12 +53,5 @@ ByteSpan Analysis::IdWord(std::uint32_t definition) const {
 }
 
 ByteSpan Analysis::WordFrom(std::uint32_t begin, std::uint32_t lineEnd, bool list) const {
-  const std::string_view bytes = Bytes();
-  std::uint32_t end = begin;
-  while (end < lineEnd) {
-    const char c = bytes[end];
-    if (c == ' ' || c == '\t' || c == ':' || (list && c == ',')) break;
-    ++end;
-  }
-  return ByteSpan{begin, end};
+  return NumberWord(Bytes(), begin, lineEnd, list);
 }

@@ -96,6 +96,10 @@ enum class MessageForm : std::uint8_t {
   kDefinitionMarkNotWritten,
   kSecondPackageNotWritten,
   kValue10,              // a: the value
+  kNumberMisread,        // a: NumberMisread | field << 8 | index << 16, b: the value, c: end of what it took; quoted: its word
+  kTextCut,              // quoted: what the comment took
+  kVersionBehindMark,    // a UTF-8 byte order mark in front of the version line
+  kVersionBehindBlanks,  // a: how many bytes of white space stand in front of it
   // Of related places only:
   kFailedLine,
   kIdUsedAgainHere,      // a: id

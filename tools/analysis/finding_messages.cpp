@@ -3,6 +3,7 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
+#include "tools/analysis/number_look.h"
 
 namespace {
 
@@ -195,6 +196,35 @@ std::string Analysis::MessageOf(const MessageArgs& says, const Findings& owner) 
     case MessageForm::kValue10:
       return "value 10 (" + std::to_string(says.a) +
              ") is written in decimal and read in hexadecimal: it will not read back the same";
+    case MessageForm::kNumberMisread: {
+      const NumberMisread why = static_cast<NumberMisread>(says.a & 0xFF);
+      const std::string field = FieldName(static_cast<int>((says.a >> 8) & 0xFF), static_cast<int>(says.a >> 16));
+      const std::string head = field + " " + quoted + " is read as " + std::to_string(says.b) + ": ";
+      const std::string rest = "'" + Text(ByteSpan{says.c, says.quoted.end}) + "'";
+      switch (why) {
+        case NumberMisread::kSign:
+          return head + "the field holds no sign";
+        case NumberMisread::kRadixPrefix:
+          return head + "the field is decimal, so the reader stops in front of the 'x'";
+        case NumberMisread::kDecimalPoint:
+          return head + "the field holds whole numbers, so the reader passes over " + rest;
+        case NumberMisread::kWidth:
+          return head + "the field holds " + (SixteenBitField(static_cast<int>((says.a >> 8) & 0xFF)) ? "16" : "32") +
+                 " bits";
+        default:
+          return head + "the reader passes over " + rest + " behind the digits";
+      }
+    }
+    case MessageForm::kTextCut:
+      return "the text ends at the \";\": the reader takes " + quoted +
+             " for a comment, so the definition's text ends in front of it and a write drops it";
+    case MessageForm::kVersionBehindMark:
+      return "a UTF-8 byte order mark stands in front of DEF_LAYOUT_VERSION: the reader takes a version line only "
+             "when the keyword is the line's first byte, so it takes none and passes over every line of the file; "
+             "save the file without the mark";
+    case MessageForm::kVersionBehindBlanks:
+      return "white space stands in front of DEF_LAYOUT_VERSION: the reader takes a version line only when the keyword is the line's "
+             "first byte, so it takes none and passes over every line of the file";
     case MessageForm::kFailedLine:
       return "the failed line";
     case MessageForm::kIdUsedAgainHere:

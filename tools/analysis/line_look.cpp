@@ -39,6 +39,24 @@ bool LineLooks::OpensWithNoCase(std::uint32_t pos, std::uint32_t end, const char
   return true;
 }
 
+std::uint32_t LineLooks::HiddenVersionLine(std::uint32_t* keyword) const {
+  const unsigned char* b = reinterpret_cast<const unsigned char*>(m_bytes.data());
+  const std::uint32_t size = static_cast<std::uint32_t>(m_bytes.size());
+  std::uint32_t start = 0;
+  while (start < size) {
+    const std::uint32_t end = LineEnd(start);
+    std::uint32_t at = start;
+    if (start == 0 && OpensWith(b, size, "\xEF\xBB\xBF")) at = 3;
+    while (at < end && DevdefIsSpace(b[at])) ++at;
+    if (at > start && OpensWithNoCase(at, end, "DEF_LAYOUT_VERSION")) {
+      *keyword = at;
+      return start;
+    }
+    start = end < size && b[end] == '\r' && end + 1 < size && b[end + 1] == '\n' ? end + 2 : end + 1;
+  }
+  return kNoRecord;
+}
+
 LineLook LineLooks::Of(std::uint32_t lineStart) const {
   const unsigned char* b = reinterpret_cast<const unsigned char*>(m_bytes.data());
   const std::uint32_t end = LineEnd(lineStart);

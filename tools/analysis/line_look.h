@@ -39,6 +39,11 @@ class LineLooks {
   std::uint32_t LineEnd(std::uint32_t pos) const;
   // [begin, end) without white space at either end.
   ByteSpan Trimmed(std::uint32_t begin, std::uint32_t end) const;
+  // The first line that opens with DEF_LAYOUT_VERSION behind a UTF-8 byte
+  // order mark (on the first line) or white space, which hide it from the
+  // reader: sets *keyword to where the keyword stands and gives the line's
+  // start, or kNoRecord when there is none.
+  std::uint32_t HiddenVersionLine(std::uint32_t* keyword) const;
   // Whether the bytes at pos open with word, ASCII case ignored.
   bool OpensWithNoCase(std::uint32_t pos, std::uint32_t end, const char* word) const;
 

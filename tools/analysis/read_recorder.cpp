@@ -1,13 +1,12 @@
 #include "tools/analysis/read_recorder.h"
 
+#include <cstring>
 #include <utility>
 
+#include "tools/analysis/number_look.h"
 #include "tools/text/line_end.h"
 
 namespace {
-
-// A cause lists its first consequences; each names the cause.
-constexpr std::uint32_t kMaxListed = 50;
 
 MessageArgs Quoting(MessageForm form, ByteSpan quoted, std::uint32_t a = 0) { return Says(form, a, 0, 0, quoted); }
 
@@ -211,7 +210,7 @@ void ReadRecorder::Device(DWORD nBegin, DWORD nEnd, POSITION posManuf, POSITION 
 // ---------------------------------------------------------------------------
 // Device blocks
 
-void ReadRecorder::BlockLine(DWORD nFirst, DWORD nLast, DWORD /*nLineEnd*/, int nStep) {
+void ReadRecorder::BlockLine(DWORD nFirst, DWORD nLast, DWORD nLineEnd, int nStep) {
   const std::uint32_t device = static_cast<std::uint32_t>(m_r.devices.size() - 1);
   DeviceRecord& record = m_r.devices.back();
   const ByteSpan text{nFirst, nLast};
@@ -225,6 +224,8 @@ void ReadRecorder::BlockLine(DWORD nFirst, DWORD nLast, DWORD /*nLineEnd*/, int 
       return;
     case kDevdefBlockLine:
       m_blockLine = text;
+      m_blockLineEnd = nLineEnd;
+      m_lineFields.clear();
       return;
     case kDevdefBlockCutOff: {
       record.block.end = m_n;
@@ -257,6 +258,8 @@ void ReadRecorder::DefinitionLine(int nVerdict, int /*nField*/, int /*nIndex*/, 
           DefinitionRecord{m_blockLine, device, m_blockLine.begin + static_cast<std::uint32_t>(nHead)});
       ++record.definitionCount;
       NoteDefinition(*record.device, record.device->m_DefArray[record.device->m_DefArray.GetSize() - 1]);
+      CheckNumbers();
+      CheckTextCut();
       if (m_deviceMisread && m_cause != kNoRecord) {
         AddConsequence(FindingKind::kMisread, m_blockLine, Says(MessageForm::kDefinitionIntoDevice, device));
       }
@@ -278,6 +281,41 @@ void ReadRecorder::DefinitionLine(int nVerdict, int /*nField*/, int /*nIndex*/, 
   } else {
     StartCause(Add(FindingKind::kRefused, m_blockLine, says), m_blockLine.begin);
   }
+}
+
+void ReadRecorder::DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue) {
+  FieldRecord field;
+  field.field = nField;
+  field.index = nIndex;
+  field.taken = ByteSpan{m_blockLine.begin + static_cast<std::uint32_t>(nBegin),
+                         m_blockLine.begin + static_cast<std::uint32_t>(nEnd)};
+  field.value = nValue;
+  field.hex = bHex;
+  m_lineFields.push_back(field);
+}
+
+void ReadRecorder::CheckNumbers() {
+  const std::string_view bytes(reinterpret_cast<const char*>(m_b), m_n);
+  for (FieldRecord& field : m_lineFields) {
+    field.word = NumberWord(bytes, field.taken.begin, m_blockLine.end, ListField(m_layout, field.field));
+    const NumberMisread why = LookOfNumber(bytes, field);
+    if (why == NumberMisread::kNone) continue;
+    const std::uint32_t what = static_cast<std::uint32_t>(why) | static_cast<std::uint32_t>(field.field) << 8 |
+                               static_cast<std::uint32_t>(field.index) << 16;
+    Add(FindingKind::kNumber, field.word, Says(MessageForm::kNumberMisread, what, field.value, field.taken.end,
+                                               field.word));
+  }
+}
+
+void ReadRecorder::CheckTextCut() {
+  // The block reader dropped the line from its first ";" on: what stands
+  // behind it was text to whoever wrote it.
+  const void* found = std::memchr(m_b + m_blockLine.end, ';', m_blockLineEnd - m_blockLine.end);
+  if (found == nullptr) return;
+  const std::uint32_t semicolon = static_cast<std::uint32_t>(static_cast<const BYTE*>(found) - m_b);
+  const ByteSpan lost = m_looks.Trimmed(semicolon + 1, m_blockLineEnd);
+  if (lost.begin == lost.end) return;
+  Add(FindingKind::kTextCut, ByteSpan{semicolon, lost.end}, Quoting(MessageForm::kTextCut, lost));
 }
 
 void ReadRecorder::NoteName(std::uint32_t what, std::uint32_t record, const CString& name, ByteSpan span) {
@@ -414,17 +452,12 @@ std::uint32_t ReadRecorder::Add(FindingKind kind, ByteSpan span, MessageArgs say
 void ReadRecorder::StartCause(std::uint32_t finding, std::uint32_t line) {
   m_cause = finding;
   m_causeLine = line;
-  m_causeListed = 0;
 }
 
 void ReadRecorder::AddConsequence(FindingKind kind, ByteSpan span, MessageArgs says) {
   if (m_cause == kNoRecord) {
     Add(kind, span, says);
     return;
-  }
-  if (m_causeListed < kMaxListed) {
-    m_r.findings.Relate(m_cause, span, says, false);
-    ++m_causeListed;
   }
   const ByteSpan causeSpan = m_r.findings[m_cause].span;
   const std::uint32_t consequence = Add(kind, span, says);

@@ -39,7 +39,7 @@ struct ReadRecords {
 class ReadRecorder : public DevdefReadObserver {
  public:
   // layout: the layout of the controller that reads.
-  ReadRecorder(ReadRecords& records, int layout) : m_r(records), m_layout(layout) {}
+  ReadRecorder(ReadRecords& records, int layout) : m_r(records), m_layout(layout) { m_bFields = true; }
 
   void BeginRead(const BYTE* pBuffer, DWORD nSize) override;
   void EndRead(CByteArray& buffer) override;
@@ -54,6 +54,7 @@ class ReadRecorder : public DevdefReadObserver {
   void BraceList(int nList, DWORD nStop, bool bOpened, bool bClosed, int nResult) override;
   void BlockLine(DWORD nFirst, DWORD nLast, DWORD nLineEnd, int nStep) override;
   void BlockEnd(int nResult, DWORD nPos) override;
+  void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue) override;
   void DefinitionLine(int nVerdict, int nField, int nIndex, int nHead) override;
   void HousingLine(int nListStart) override;
   void HousingNumbers(int nTaken, bool bDevice) override;
@@ -63,7 +64,7 @@ class ReadRecorder : public DevdefReadObserver {
   // the file): says what became of a line that made nothing.
   void EndLine(std::uint32_t end, bool lastLine);
   // A finding, and one that a failed line before it caused: it names its
-  // cause, and the cause lists it.
+  // cause (each fact is said once: the cause does not list it).
   std::uint32_t Add(FindingKind kind, ByteSpan span, MessageArgs says);
   void AddConsequence(FindingKind kind, ByteSpan span, MessageArgs says);
   // A new cause of a cascade of misread lines.
@@ -75,6 +76,10 @@ class ReadRecorder : public DevdefReadObserver {
   void NoteName(std::uint32_t what, std::uint32_t record, const CString& name, ByteSpan span);
   // Notes what the analysis checks of a definition just read.
   void NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDEF_ITEM& def);
+  // Says which numbers of the definition line just read were read
+  // differently from how they look, and what a ";" cut off its text.
+  void CheckNumbers();
+  void CheckTextCut();
 
   ReadRecords& m_r;
   int m_layout;
@@ -92,10 +97,9 @@ class ReadRecorder : public DevdefReadObserver {
   bool m_dropArmed = false;
   std::uint32_t m_dropFrom = 0;
   // The finding that started the running cascade of misread lines, and its
-  // line; the consequences it lists so far.
+  // line.
   std::uint32_t m_cause = kNoRecord;
   std::uint32_t m_causeLine = 0;
-  std::uint32_t m_causeListed = 0;
   bool m_haveKind = false;
   bool m_haveManuf = false;
 
@@ -105,6 +109,8 @@ class ReadRecorder : public DevdefReadObserver {
   bool m_deviceMisread = false;
   bool m_opened = false;
   ByteSpan m_blockLine;
+  std::uint32_t m_blockLineEnd = 0;  // the line end behind it, or the end of the file
+  std::vector<FieldRecord> m_lineFields;  // the number fields of the definition line being read
   // A header list being read.
   ByteSpan m_listKeyword;
   bool m_braces = false;

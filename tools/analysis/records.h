@@ -65,6 +65,7 @@ struct FieldRecord {
   ByteSpan taken; // the bytes the number took
   ByteSpan word;  // the word it stands in, as it looks: up to a blank, tab or ":" (or "," in a list)
   DWORD value;    // the number stored
+  bool hex;       // read in hexadecimal
 };
 
 #endif  // DEVDEF_TOOLS_ANALYSIS_RECORDS_H_

@@ -19,12 +19,6 @@ int ListOfField(int field);
 // the mark in front of it, if any), as it looks.
 ByteSpan KeywordSpan(std::string_view bytes, ByteSpan line, int layout);
 
-// Whether a field's word shows the number stored, to a reader of decimal
-// numbers: the reader took the whole word, and the word read as a decimal
-// number gives that number (a hexadecimal value or a number taken from part
-// of its word does not).
-bool ShowsItsNumber(std::string_view bytes, const FieldRecord& field);
-
 // The field whose word holds offset, or null.
 const FieldRecord* FieldAt(const std::vector<FieldRecord>& fields, size_t offset);
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tools/analysis/number_look.h"
 #include "tools/lsp/features/definition_field_at.h"
 
 using nlohmann::json;
@@ -82,30 +83,15 @@ std::string EntryText(const DocumentView& view, int list, unsigned long number) 
   return text;
 }
 
-std::string FieldName(const FieldRecord& field) {
-  switch (field.field) {
-    case kDevdefFieldId:
-      return "id";
-    case kDevdefFieldPackage:
-      return "package";
-    case kDevdefFieldModule:
-      return "module";
-    case kDevdefFieldAdapter:
-      return "adapter";
-    case kDevdefFieldValue:
-      return "value " + std::to_string(field.index + 1) + " of 11";
-  }
-  return "field";
-}
-
 std::string FieldText(const DocumentView& view, const FieldRecord& field) {
-  const std::string name = FieldName(field);
+  const std::string name = FieldName(field.field, field.index);
   const int list = ListOfField(field.field);
   std::string text = name + (field.field == kDevdefFieldValue ? ": " : " ") + std::to_string(field.value);
   if (list >= 0) text += ": " + EntryText(view, list, field.value);
   if (list >= 0 && field.index > 0) text += "\n" + name + " " + std::to_string(field.index + 1) + " of the line";
+  if (field.hex) text += ", read in hexadecimal";
   // A number its word does not show as it stands.
-  if (!ShowsItsNumber(view.analysis.Bytes(), field)) {
+  if (LookOfNumber(view.analysis.Bytes(), field) != NumberMisread::kNone) {
     const std::string_view bytes = view.analysis.Bytes();
     text += "\nthe reader took " + std::to_string(field.value) + " from '" +
             std::string(bytes.substr(field.word.begin, field.word.end - field.word.begin)) + "'";
