@@ -4,6 +4,7 @@
 // at once and documents that are no definition files.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -109,6 +110,29 @@ TEST(LspDiagnostics, CountColumnsInUtf16AndShowNamesAsTheEditorDoes) {
             "not read back whole");
   EXPECT_EQ(HoverText(client.At("textDocument/hover", "file:///narrow.def", 1, 13)),
             "HOUSING_LIST entry 0: \xC3\xA9\xE2\x82\xAC");
+}
+
+TEST(LspDiagnostics, AByteOrderMarkTheEditorHidesIsSaid) {
+  // The editor sends the text without the mark its file on disk opens with.
+  const std::string text = "DEF_LAYOUT_VERSION = 1\nHOUSING_LIST A;\nADAPTER_LIST B;\nMODUL_LIST C;\nK:\n";
+  const std::string path = ::testing::TempDir() + "marked%20file.def";
+  const std::string disk = ::testing::TempDir() + "marked file.def";
+  std::FILE* file = std::fopen(disk.c_str(), "wb");
+  ASSERT_NE(file, nullptr);
+  std::fputs(("\xEF\xBB\xBF" + text).c_str(), file);
+  std::fclose(file);
+  DirectClient client;
+  client.Open("file://" + path, text);
+  const json diagnostics = client.Publish()[0]["params"]["diagnostics"];
+  ASSERT_EQ(diagnostics.size(), 1u);
+  EXPECT_EQ(diagnostics[0]["code"], "no-version");
+  EXPECT_EQ(At(diagnostics[0]["range"]), "0:0-0:18");
+  // Sent with the mark, the text says so itself; a file without one says nothing.
+  client.Open("file://" + path, "\xEF\xBB\xBF" + text);
+  EXPECT_EQ(client.Publish()[0]["params"]["diagnostics"].size(), 1u);
+  std::remove(disk.c_str());
+  client.Open("file://" + path, text);
+  EXPECT_EQ(client.Publish()[0]["params"]["diagnostics"].size(), 0u);
 }
 
 TEST(LspFeatures, HoverNamesWhatStandsUnderThePosition) {

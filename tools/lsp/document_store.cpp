@@ -1,5 +1,7 @@
 #include "tools/lsp/document_store.h"
 
+#include <cstdio>
+#include <cstring>
 #include <utility>
 
 #include "tools/lsp/protocol/json_rpc.h"
@@ -42,6 +44,35 @@ size_t OffsetOf(const PositionConverter& positions, const json& position, size_t
   return positions.ToOffset(at, &offset) ? offset : size;
 }
 
+// The path of a file: uri with its %XX escapes decoded; empty for any other
+// uri.
+std::string PathOf(const std::string& uri) {
+  if (uri.compare(0, 7, "file://") != 0) return std::string();
+  std::string path;
+  for (size_t i = 7; i < uri.size(); ++i) {
+    if (uri[i] == '%' && i + 2 < uri.size() && HexDigit(uri[i + 1]) >= 0 && HexDigit(uri[i + 2]) >= 0) {
+      path += static_cast<char>(HexDigit(uri[i + 1]) * 16 + HexDigit(uri[i + 2]));
+      i += 2;
+    } else {
+      path += uri[i];
+    }
+  }
+  return path;
+}
+
+// Whether the file of uri opens with a UTF-8 byte order mark. Editors take
+// the mark away from the text they send and write it back on saving.
+bool FileOpensWithMark(const std::string& uri) {
+  const std::string path = PathOf(uri);
+  if (path.empty()) return false;
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) return false;
+  char head[3] = {0, 0, 0};
+  const size_t got = std::fread(head, 1, 3, file);
+  std::fclose(file);
+  return got == 3 && std::memcmp(head, "\xEF\xBB\xBF", 3) == 0;
+}
+
 }  // namespace
 
 void Document::TakeBackText() {
@@ -56,6 +87,7 @@ void DocumentStore::Open(const std::string& uri, std::int64_t version, std::stri
   document.name = NameOf(uri);
   document.version = version;
   document.text = std::move(text);
+  document.markOnDisk = document.text.compare(0, 3, "\xEF\xBB\xBF") != 0 && FileOpensWithMark(uri);
 }
 
 void DocumentStore::Change(const std::string& uri, std::int64_t version, json& changes) {

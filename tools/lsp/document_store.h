@@ -26,6 +26,7 @@ struct Document {
   BufferEncoding encoding = BufferEncoding::kUtf8;
   bool stale = true;           // the analysis is of an older text, or there is none
   bool diagnosticsDue = true;  // the newest analysis's diagnostics are not published yet
+  bool markOnDisk = false;     // the file on disk opens with a UTF-8 byte order mark that the text lacks
   std::unique_ptr<Analysis> analysis;
   std::unique_ptr<DocumentIndex> index;  // made at the first request that needs it
 

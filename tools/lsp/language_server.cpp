@@ -232,7 +232,8 @@ void LanguageServer::PublishDue(const ChangeWaiting& waiting) {
 }
 
 void LanguageServer::Publish(Document& document) {
-  m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding));
+  m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding,
+                                document.markOnDisk));
   document.diagnosticsDue = false;
 }
 

@@ -85,10 +85,22 @@ void AppendUnusable(Target& target, const Analysis& analysis) {
   out += '}';
 }
 
+// The file on disk opens with a byte order mark that the editor hides: the
+// library reads it with the mark, in front of the version line.
+void AppendHiddenMark(Target& target) {
+  std::string& out = target.out;
+  out += "{\"range\":";
+  target.Range(ByteSpan{0, 18});
+  out += ",\"severity\":1,\"code\":\"no-version\",\"source\":\"devdef\",\"message\":";
+  target.Text(target.analysis.MessageOf(Says(MessageForm::kVersionBehindMark), target.analysis.FindingsOf()) +
+              " (the editor does not show the mark, but the file on disk opens with it)");
+  out += '}';
+}
+
 }  // namespace
 
 std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
-                                   BufferEncoding encoding) {
+                                   BufferEncoding encoding, bool markOnDisk) {
   std::string out = "{\"jsonrpc\":\"2.0\",\"method\":\"textDocument/publishDiagnostics\",\"params\":{\"uri\":";
   AppendString(out, uri);
   if (analysis != nullptr) {
@@ -107,6 +119,12 @@ std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version,
       for (size_t i = 0; i < findings.size(); ++i) {
         if (i > 0) out += ',';
         AppendDiagnostic(target, findings[i]);
+      }
+      const std::string_view bytes = analysis->Bytes();
+      const LineLooks looks(bytes, analysis->Layout());
+      if (markOnDisk && looks.OpensWithNoCase(0, static_cast<std::uint32_t>(bytes.size()), "DEF_LAYOUT_VERSION")) {
+        if (!findings.empty()) out += ',';
+        AppendHiddenMark(target);
       }
     }
   }

@@ -14,8 +14,10 @@
 // The body of the textDocument/publishDiagnostics notification for the
 // document uri at version, analysed as analysis from bytes in encoding. A
 // document that is no definition file gets one diagnostic that says why; a
-// null analysis (a closed document) none.
+// null analysis (a closed document) none. markOnDisk: the file on disk
+// opens with a UTF-8 byte order mark that the editor does not show, which
+// hides a version line at the start of the text from the reader.
 std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
-                                   BufferEncoding encoding);
+                                   BufferEncoding encoding, bool markOnDisk = false);
 
 #endif  // DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_
