@@ -41,6 +41,10 @@ bool KindNameHolds(std::string_view bytes, const std::string& name) {
 bool ReadsAsItLooks(std::string_view word, const FieldRecord& field) {
   size_t at = 0;
   if (at < word.size() && word[at] == '+') ++at;
+  // A hexadecimal "0x" reads 0, with or without digits behind it.
+  if (field.hex && word.size() == at + 2 && word[at] == '0' && (word[at + 1] == 'x' || word[at + 1] == 'X')) {
+    return field.value == 0;
+  }
   if (field.hex && word.size() > at + 2 && word[at] == '0' && (word[at + 1] == 'x' || word[at + 1] == 'X')) at += 2;
   if (at == word.size()) return false;
   unsigned long long value = 0;

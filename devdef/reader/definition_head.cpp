@@ -73,10 +73,22 @@ int* DevdefLineReport::MapFor(int nLength, int nOffset) {
 
 void DevdefLineReport::ReportField(int nField, int nIndex, const char* pHead, const char* pAt, bool bHex,
                                    DWORD nValue) {
-  unsigned int number = 0;
+  // Where the number ends: a run of digits right at the field, as nearly
+  // every number is, read here; anything else by the reader's own scanner.
   const char* first = pAt;
-  const char* end = DevdefScanNumber(pAt, bHex, &number, &first);
-  if (end == nullptr || end == first) return;
+  const char* end = pAt;
+  if (bHex ? DevdefHexDigit(static_cast<unsigned char>(*end)) >= 0 && !(end[0] == '0' && (end[1] == 'x' || end[1] == 'X'))
+           : static_cast<unsigned char>(*end - '0') <= 9) {
+    if (bHex) {
+      while (DevdefHexDigit(static_cast<unsigned char>(*end)) >= 0) ++end;
+    } else {
+      while (static_cast<unsigned char>(*end - '0') <= 9) ++end;
+    }
+  } else {
+    unsigned int number = 0;
+    end = DevdefScanNumber(pAt, bHex, &number, &first);
+    if (end == nullptr || end == first) return;
+  }
   const int begin = m_pSources[first - pHead] + m_nOffset;
   const int stop = m_pSources[end - pHead - 1] + 1 + m_nOffset;
   m_pObserver->DefinitionField(nField, nIndex, begin, stop, bHex, nValue);

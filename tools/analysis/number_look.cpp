@@ -49,6 +49,20 @@ bool ListField(int layout, int field) {
 bool SixteenBitField(int field) { return field == kDevdefFieldPackage || field == kDevdefFieldAdapter; }
 
 NumberMisread LookOfNumber(std::string_view bytes, const FieldRecord& field) {
+  // Most numbers are a few digits that the reader took whole: digits alone
+  // (the reader took the word and it opens with one), too few to pass the
+  // field's width.
+  // Most numbers are digits that the reader took whole (the word opens with
+  // a digit of the field's radix and the reader took all of it, so it is
+  // digits alone, or 0x and digits), too few to pass the field's width.
+  const std::uint32_t length = field.word.end - field.word.begin;
+  const unsigned char first = static_cast<unsigned char>(bytes[field.word.begin]);
+  const bool digitFirst =
+      (first >= '0' && first <= '9') || (field.hex && ((first >= 'a' && first <= 'f') || (first >= 'A' && first <= 'F')));
+  const std::uint32_t safe = SixteenBitField(field.field) ? 4 : field.hex ? 8 : 9;
+  if (digitFirst && field.taken.begin == field.word.begin && field.taken.end == field.word.end && length <= safe) {
+    return NumberMisread::kNone;
+  }
   const std::string_view word = bytes.substr(field.word.begin, field.word.end - field.word.begin);
   const size_t taken = field.taken.end > field.word.begin ? field.taken.end - field.word.begin : 0;
   size_t at = 0;

@@ -225,7 +225,7 @@ void ReadRecorder::BlockLine(DWORD nFirst, DWORD nLast, DWORD nLineEnd, int nSte
     case kDevdefBlockLine:
       m_blockLine = text;
       m_blockLineEnd = nLineEnd;
-      m_lineFields.clear();
+      m_lineMisreads.clear();
       return;
     case kDevdefBlockCutOff: {
       record.block.end = m_n;
@@ -291,16 +291,24 @@ void ReadRecorder::DefinitionField(int nField, int nIndex, int nBegin, int nEnd,
                          m_blockLine.begin + static_cast<std::uint32_t>(nEnd)};
   field.value = nValue;
   field.hex = bHex;
-  m_lineFields.push_back(field);
+  // The word ends where the number did, unless more than a delimiter
+  // follows it.
+  const std::string_view bytes(reinterpret_cast<const char*>(m_b), m_n);
+  const bool list = ListField(m_layout, field.field);
+  const char next = field.taken.end < m_blockLine.end ? bytes[field.taken.end] : ' ';
+  field.word = next == ' ' || next == '\t' || next == ':' || (list && next == ',')
+                   ? field.taken
+                   : NumberWord(bytes, field.taken.begin, m_blockLine.end, list);
+  // Kept until the line's verdict: a refused line says nothing of its numbers.
+  const NumberMisread why = LookOfNumber(bytes, field);
+  if (why != NumberMisread::kNone) m_lineMisreads.push_back(std::make_pair(field, why));
 }
 
 void ReadRecorder::CheckNumbers() {
-  const std::string_view bytes(reinterpret_cast<const char*>(m_b), m_n);
-  for (FieldRecord& field : m_lineFields) {
-    field.word = NumberWord(bytes, field.taken.begin, m_blockLine.end, ListField(m_layout, field.field));
-    const NumberMisread why = LookOfNumber(bytes, field);
-    if (why == NumberMisread::kNone) continue;
-    const std::uint32_t what = static_cast<std::uint32_t>(why) | static_cast<std::uint32_t>(field.field) << 8 |
+  for (const std::pair<FieldRecord, NumberMisread>& misread : m_lineMisreads) {
+    const FieldRecord& field = misread.first;
+    const std::uint32_t what = static_cast<std::uint32_t>(misread.second) |
+                               static_cast<std::uint32_t>(field.field) << 8 |
                                static_cast<std::uint32_t>(field.index) << 16;
     Add(FindingKind::kNumber, field.word, Says(MessageForm::kNumberMisread, what, field.value, field.taken.end,
                                                field.word));

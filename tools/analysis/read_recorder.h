@@ -9,12 +9,14 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "devdef/devdef.h"
 #include "devdef/reader/read_observer.h"
 #include "tools/analysis/finding.h"
 #include "tools/analysis/line_look.h"
+#include "tools/analysis/number_look.h"
 #include "tools/analysis/records.h"
 
 // What a read made and found, in the order of the file.
@@ -110,7 +112,9 @@ class ReadRecorder : public DevdefReadObserver {
   bool m_opened = false;
   ByteSpan m_blockLine;
   std::uint32_t m_blockLineEnd = 0;  // the line end behind it, or the end of the file
-  std::vector<FieldRecord> m_lineFields;  // the number fields of the definition line being read
+  // The numbers of the definition line being read that it does not read as
+  // they look.
+  std::vector<std::pair<FieldRecord, NumberMisread>> m_lineMisreads;
   // A header list being read.
   ByteSpan m_listKeyword;
   bool m_braces = false;
