@@ -79,6 +79,7 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
       {"{\"jsonrpc\":\"2.0\",\"id\":7,\"method\":\"textDocument/rename\",\"params\":{}}", -32601, 7},
       {"{\"jsonrpc\":\"2.0\",\"id\":8,\"method\":\"$/unknown\"}", -32601, 8},
       {"{\"jsonrpc\":\"2.0\",\"id\":9,\"method\":\"textDocument/hover\",\"params\":{}}", -32602, 9},
+      {"{\"jsonrpc\":\"2.0\",\"id\":14,\"method\":\"textDocument/hover\",\"params\":null}", -32602, 14},
       {"{\"jsonrpc\":\"2.0\",\"id\":10,\"method\":\"textDocument/hover\",\"params\":{\"textDocument\":{\"uri\":\"u\"},"
        "\"position\":{\"line\":\"1\",\"character\":0}}}",
        -32602, 10},
@@ -99,11 +100,12 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
                {"params", {{"textDocument", {{"uri", "file:///none.def"}}}}}});
   EXPECT_EQ(client.Receive(), json::parse(R"({"jsonrpc":"2.0","id":11,"result":[]})"));
 
-  client.Send({{"jsonrpc", "2.0"}, {"id", 12}, {"method", "shutdown"}});
+  // Messages without parameters may carry "params": null.
+  client.Send({{"jsonrpc", "2.0"}, {"id", 12}, {"method", "shutdown"}, {"params", nullptr}});
   EXPECT_EQ(client.Receive(), json::parse(R"({"jsonrpc":"2.0","id":12,"result":null})"));
   client.Send({{"jsonrpc", "2.0"}, {"id", 13}, {"method", "textDocument/foldingRange"}, {"params", json::object()}});
   EXPECT_EQ(ErrorCode(client.Receive()), -32600);
-  client.Send({{"jsonrpc", "2.0"}, {"method", "exit"}});
+  client.Send({{"jsonrpc", "2.0"}, {"method", "exit"}, {"params", nullptr}});
   EXPECT_EQ(client.Wait(), 0);
 }
 

@@ -39,8 +39,10 @@ RpcMessage ClassifyMessage(const json& message) {
     out.problem = "the id is neither a number nor a string";
     return out;
   }
+  // Requests and notifications without parameters (shutdown, exit) come
+  // from some clients with "params": null, which counts as none.
   auto params = message.find("params");
-  if (params != message.end()) {
+  if (params != message.end() && !params->is_null()) {
     if (!params->is_object() && !params->is_array()) {
       out.problem = "the params are neither an object nor an array";
       return out;
