@@ -134,7 +134,7 @@ TEST(Diff, ZeroAndRepeatedIdsPairByPlace) {
                               "KVR5DEF: 0 0 0 0 1 2 9 : second zero\n"
                               "KVR3DEF: 7 0 0 0 1 2 3 : hidden seven, changed\n"
                               "KVR5DEF: 7 0 0 0 1 2 3 : seven\n}\n";
-  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"changed definition K/M/D/#0 value2=3>9 10:10",
+  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"changed definition K/M/D/#0 value 2=3>9 10:10",
                                                               "changed definition K/M/D/#7 text=\" hidden seven\">\" hidden "
                                                               "seven, changed\" 11:11"}));
   // The hidden definition is left out with --visible-only.
@@ -164,7 +164,7 @@ TEST(Diff, FilesOfTwoLayouts) {
   const std::string layout2 =
       "DEF_LAYOUT_VERSION = 2 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 5 6 28 : t\n}\n";
   EXPECT_EQ(Diff(layout1, layout2),
-            (std::vector<std::string>{"changed definition K/M/D/#1 value0=0>5 value1=0>6 9:9"}));
+            (std::vector<std::string>{"changed definition K/M/D/#1 value 0=0>5 value 1=0>6 9:9"}));
 }
 
 }  // namespace
@@ -190,11 +190,30 @@ TEST(DiffCommand, ExitStatusJsonAndGitDriver) {
   EXPECT_EQ(text.status, 1);
   EXPECT_EQ(text.out, "EPROM / AMD / A1\n  ~ definition 2 (old line 10, new line 10)\n      module: FAST -> BASE\n");
   const nlohmann::json json = nlohmann::json::parse(RunTool("diff --json old.def new.def", "2>&1", dir).out);
-  EXPECT_EQ(json["schema"], 1);
+  EXPECT_EQ(json["schema"], 2);
   EXPECT_EQ(json["old"]["file"], "old.def");
   ASSERT_EQ(json["changes"].size(), 1u);
   EXPECT_EQ(json["changes"][0]["fields"]["module"], nlohmann::json::parse(R"(["FAST", "BASE"])"));
   EXPECT_EQ(json["changes"][0]["path"], nlohmann::json::parse(R"(["EPROM", "AMD", "A1"])"));
+
+  // A value is named as check names it, by its place in the values of
+  // show --json.
+  std::string revalued = kOld;
+  revalued.replace(revalued.find("KVR5DEF: 2 1 1 1 28"), 19, "KVR5DEF: 2 1 1 1 30");
+  std::ofstream(dir + "/revalued.def", std::ios::binary) << revalued;
+  const nlohmann::json values = nlohmann::json::parse(RunTool("diff --json old.def revalued.def", "2>&1", dir).out);
+  ASSERT_EQ(values["changes"].size(), 1u);
+  const nlohmann::json fields = values["changes"][0]["fields"];
+  ASSERT_EQ(fields.size(), 1u);
+  const std::string name = fields.begin().key();
+  ASSERT_EQ(name.compare(0, 6, "value "), 0) << name;
+  const size_t index = std::stoul(name.substr(6));
+  for (const char* file : {"old.def", "revalued.def"}) {
+    const nlohmann::json shown = nlohmann::json::parse(RunTool(std::string("show --json ") + file + " A1", "", dir).out);
+    EXPECT_EQ(shown["devices"][0]["definitions"][1]["values"][index], fields[name][file[0] == 'o' ? 0 : 1]) << file;
+  }
+  EXPECT_NE(RunTool("diff old.def revalued.def", "", dir).out.find("      " + name + ": 28 -> 30\n"), std::string::npos);
+
 
   // git hands the driver seven arguments and takes any status but 0 for a
   // failure of the driver.

@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "devdef/reader/read_observer.h"
+#include "tools/analysis/number_look.h"
 #include "tools/diff/list_diff.h"
 
 namespace {
@@ -85,7 +87,8 @@ class Side {
     return DiffValue::List(std::move(names));
   }
 
-  // Every field of a definition that a change can name, in a fixed order.
+  // Every field of a definition that a change can name, in a fixed order;
+  // values named as check names them (value N is values[N] of show --json).
   std::vector<std::pair<std::string, DiffValue>> Fields(DEVICE_KVRXDEF_ITEM& def) const {
     std::vector<std::pair<std::string, DiffValue>> fields = {
         {"generation", DiffValue::Number(def.m_KvrType)},
@@ -94,7 +97,7 @@ class Side {
         {"adapters", NamedList(1, def.m_AdapterIds)},
     };
     for (int i = 0; i < 11; ++i) {
-      fields.emplace_back("value" + std::to_string(i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
+      fields.emplace_back(FieldName(kDevdefFieldValue, i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
     }
     fields.emplace_back("text", DiffValue::Text(Bytes(def.m_DefLine)));
     fields.emplace_back("marks", Marks(def.m_MarkFlags));

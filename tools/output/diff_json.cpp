@@ -53,7 +53,7 @@ json DiffJson(const std::string& oldName, int oldLayout, const std::string& newN
     item["new_line"] = change.newLine > 0 ? json(change.newLine) : json(nullptr);
     list.push_back(std::move(item));
   }
-  return json{{"schema", 1},
+  return json{{"schema", 2},
               {"old", {{"file", show(oldName)}, {"layout", oldLayout}}},
               {"new", {{"file", show(newName)}, {"layout", newLayout}}},
               {"changes", std::move(list)}};
