@@ -108,6 +108,20 @@ TEST(LineDiff, LongTextsThatDifferEverywhereEndSoon) {
   EXPECT_GT(CheckedMatches(a, b, matching), 0u);
 }
 
+TEST(LineDiff, LongTextsWithChangesAllOverMatchWhatTheyShare) {
+  // The new text is the old one with a blank line behind every line, as a
+  // line end of CR CR LF reads: its old lines are all common. A search of
+  // the whole would spend its budget long before the end.
+  std::vector<std::uint32_t> a, b;
+  for (std::uint32_t line = 1; line <= 200000; ++line) {
+    a.push_back(line);
+    if (line % 3 == 0) a.push_back(0);
+    b.push_back(line);
+    b.push_back(0);
+  }
+  EXPECT_EQ(CheckedMatches(a, b, MatchLines(a, b)), a.size());
+}
+
 TEST(UnifiedDiff, Forms) {
   const std::string ten = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n";
   const struct {

@@ -28,8 +28,8 @@ class MiddleSearch {
     m_expensive = std::max<Index>(256, static_cast<Index>(std::sqrt(static_cast<double>(total))));
   }
 
-  void Run() {
-    std::vector<Part> parts{Part{0, static_cast<Index>(m_a.size()), 0, static_cast<Index>(m_b.size())}};
+  // Matches what it can of the parts; they must not overlap.
+  void Run(std::vector<Part> parts) {
     while (!parts.empty()) {
       Part part = parts.back();
       parts.pop_back();
@@ -50,13 +50,13 @@ class MiddleSearch {
 
   std::vector<bool>& AMatched() { return m_aMatched; }
   std::vector<bool>& BMatched() { return m_bMatched; }
-
- private:
-  static size_t At(Index i) { return static_cast<size_t>(i); }
   void Match(Index x, Index y) {
     m_aMatched[At(x)] = true;
     m_bMatched[At(y)] = true;
   }
+
+ private:
+  static size_t At(Index i) { return static_cast<size_t>(i); }
 
   // Where to split a part whose first lines differ and whose last lines
   // differ: a point on a shortest edit script, or past the search's limit
@@ -178,6 +178,60 @@ class MiddleSearch {
   Index m_expensive = 0;
 };
 
+// Long sequences are first tied together where they surely agree: lines
+// that stand once on each side pair up, and the longest run of such pairs
+// in the same order on both sides is matched without a search. Only the
+// parts between them are searched, which keeps a long file with changes
+// all over it (line ends, a line put in every few lines) a search of many
+// small parts. The result may be longer than the shortest, so short
+// sequences are searched whole.
+constexpr size_t kAnchorsFrom = 4096;
+
+std::vector<Part> PartsBetweenAnchors(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b,
+                                      std::uint32_t top, MiddleSearch& search) {
+  const Index n = static_cast<Index>(a.size());
+  const Index m = static_cast<Index>(b.size());
+  if (a.size() + b.size() < kAnchorsFrom) return {Part{0, n, 0, m}};
+  std::vector<std::uint32_t> oldCount(top, 0), newCount(top, 0), newAt(top, 0);
+  for (std::uint32_t line : a) ++oldCount[line];
+  for (size_t j = 0; j < b.size(); ++j) {
+    ++newCount[b[j]];
+    newAt[b[j]] = static_cast<std::uint32_t>(j);
+  }
+  // The longest rising run of new places among the pairs, in old order.
+  std::vector<std::pair<Index, Index>> pairs;
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (oldCount[a[i]] == 1 && newCount[a[i]] == 1) pairs.emplace_back(static_cast<Index>(i), newAt[a[i]]);
+  }
+  std::vector<Index> tails;       // the smallest new place ending a run of each length
+  std::vector<size_t> tailPair;   // the pair that ends it
+  std::vector<size_t> before(pairs.size(), 0);
+  for (size_t p = 0; p < pairs.size(); ++p) {
+    const size_t length = static_cast<size_t>(std::lower_bound(tails.begin(), tails.end(), pairs[p].second) - tails.begin());
+    before[p] = length > 0 ? tailPair[length - 1] : p;
+    if (length == tails.size()) {
+      tails.push_back(pairs[p].second);
+      tailPair.push_back(p);
+    } else {
+      tails[length] = pairs[p].second;
+      tailPair[length] = p;
+    }
+  }
+  std::vector<size_t> anchors(tails.size());
+  for (size_t k = tails.size(), p = tails.empty() ? 0 : tailPair.back(); k-- > 0; p = before[p]) anchors[k] = p;
+  std::vector<Part> parts;
+  Index x = 0;
+  Index y = 0;
+  for (size_t p : anchors) {
+    parts.push_back(Part{x, pairs[p].first, y, pairs[p].second});
+    search.Match(pairs[p].first, pairs[p].second);
+    x = pairs[p].first + 1;
+    y = pairs[p].second + 1;
+  }
+  parts.push_back(Part{x, n, y, m});
+  return parts;
+}
+
 }  // namespace
 
 std::uint32_t LineNumbering::Of(std::string_view line) {
@@ -206,7 +260,7 @@ LineMatching MatchLines(const std::vector<std::uint32_t>& oldLines, const std::v
     bAt.push_back(i);
   }
   MiddleSearch search(a, b);
-  search.Run();
+  search.Run(PartsBetweenAnchors(a, b, top, search));
   LineMatching matching;
   matching.oldMatched.assign(oldLines.size(), false);
   matching.newMatched.assign(newLines.size(), false);

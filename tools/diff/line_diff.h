@@ -3,7 +3,10 @@
 // found by Myers's search for the middle of a shortest edit script, which
 // takes time O((N+M)D) and space O(N+M). Lines that stand in one sequence
 // only can match nothing and are set aside first, and common lines at both
-// ends are matched without a search.
+// ends of a part are matched without a search. Long sequences (4096 lines
+// and more) are first tied together by the lines that stand once on each
+// side, in the order both sides agree on, as patience diff does; only the
+// parts between them are searched.
 //
 // The search has a budget in proportion to the lengths. A search whose cost
 // grows past the square root of the lengths splits at the furthest point it
