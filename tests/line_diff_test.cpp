@@ -96,6 +96,21 @@ TEST(LineDiff, MatchesALongestCommonSubsequence) {
   }
 }
 
+TEST(LineDiff, LongTextsMatchOnlyWhatIsCommon) {
+  // Long enough to be tied together by their unique lines first; lines of
+  // many kinds, some once and some often, the new text an edit of the old.
+  std::mt19937 random(3);
+  for (int round = 0; round < 20; ++round) {
+    std::vector<std::uint32_t> a(3000 + random() % 3000), b;
+    for (std::uint32_t& line : a) line = random() % (random() % 2 ? 5000 : 20);
+    for (std::uint32_t line : a) {
+      if (random() % 10 == 0) b.push_back(random() % 5000);
+      if (random() % 10 != 0) b.push_back(line);
+    }
+    EXPECT_GT(CheckedMatches(a, b, MatchLines(a, b)), a.size() / 2) << "round " << round;
+  }
+}
+
 TEST(LineDiff, LongTextsThatDifferEverywhereEndSoon) {
   // Few kinds of line, shuffled: no line stands on one side only, and a
   // shortest edit script is long. The budget ends the search; what it
