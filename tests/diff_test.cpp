@@ -166,8 +166,9 @@ TEST(Diff, DevicesOfSingleByteTextMoveAndGo) {
                                                               "moved device K/N/D\xC9 from K/M 7:7",
                                                               "removed device K/M/GONE 11:0",
                                                               "removed definition K/M/GONE/#2 generation=5>null "
-                                                              "packages=[\"P\"]>null module=\"M\">null adapters=[\"A\"]>null "
-                                                              "value 2=8>null text=\" \xE4\">null 13:0"}));
+                                                              "packages=[\"P\"]>null module=\"M\">null "
+                                                              "adapters=[\"A\"]>null value 2=8>null "
+                                                              "text=\" \xE4\">null 13:0"}));
 }
 
 TEST(Diff, FilesOfTwoLayouts) {
@@ -211,7 +212,8 @@ TEST(Diff, DeviceNotWhereItWas) {
 // without an arrow, a rename and a move on a line of their own.
 TEST(Diff, TextForm) {
   const std::string head = "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\n";
-  std::unique_ptr<Analysis> oldFile = Read(head + "X\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nZ\n{\nKVR5DEF: 2 0 0 0 1 : z\n}\n:N\n");
+  std::unique_ptr<Analysis> oldFile =
+      Read(head + "X\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nZ\n{\nKVR5DEF: 2 0 0 0 1 : z\n}\n:N\n");
   std::unique_ptr<Analysis> newFile = Read(head + "Y\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nW\n{\nKVR5DEF: 3 0 0 0 2 : w\n}\n"
                                                   ":N\nZ\n{\nKVR5DEF: 2 0 0 0 7 : z\n}\n");
   std::FILE* out = std::tmpfile();
@@ -283,10 +285,12 @@ TEST(DiffCommand, ExitStatusJsonAndGitDriver) {
   ASSERT_EQ(name.compare(0, 6, "value "), 0) << name;
   const size_t index = std::stoul(name.substr(6));
   for (const char* file : {"old.def", "revalued.def"}) {
-    const nlohmann::json shown = nlohmann::json::parse(RunTool(std::string("show --json ") + file + " A1", "", dir).out);
+    const nlohmann::json shown =
+        nlohmann::json::parse(RunTool(std::string("show --json ") + file + " A1", "", dir).out);
     EXPECT_EQ(shown["devices"][0]["definitions"][1]["values"][index], fields[name][file[0] == 'o' ? 0 : 1]) << file;
   }
-  EXPECT_NE(RunTool("diff old.def revalued.def", "", dir).out.find("      " + name + ": 28 -> 30\n"), std::string::npos);
+  EXPECT_NE(RunTool("diff old.def revalued.def", "", dir).out.find("      " + name + ": 28 -> 30\n"),
+            std::string::npos);
 
   // git hands the driver seven arguments and takes any status but 0 for a
   // failure of the driver.

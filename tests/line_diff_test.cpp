@@ -2,6 +2,8 @@
 // many as a longest common subsequence holds; the unified form applies back
 // to the new text, has diff -u's hunks and marks, and long texts that differ
 // everywhere still end soon with a correct diff.
+#include "tools/diff/line_diff.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "tools/diff/line_diff.h"
 #include "tools/diff/unified_diff.h"
 
 namespace {

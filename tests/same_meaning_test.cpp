@@ -1,12 +1,13 @@
 // Two files of the same meaning: how many lines differ, and what kind of
 // difference each is, as the reading of each file tells it.
+#include "tools/diff/same_meaning.h"
+
 #include <gtest/gtest.h>
 
 #include <regex>
 #include <string>
 
 #include "tools/diff/catalogue_diff.h"
-#include "tools/diff/same_meaning.h"
 
 namespace {
 

@@ -62,7 +62,7 @@ bool ParseGitDiffArguments(const std::vector<std::string>& files, bool runByGit,
   git->newPath = files.size() == 9 ? files[7] : files[0];
   // The rename information is git's header lines: "similarity index 90%",
   // then "rename from ..." or "copy from ...".
-  git->copy = files.size() == 9 && (files[8].compare(0, 10, "copy from ") == 0 ||
-                                    files[8].find("\ncopy from ") != std::string::npos);
+  git->copy = files.size() == 9 &&
+              (files[8].compare(0, 10, "copy from ") == 0 || files[8].find("\ncopy from ") != std::string::npos);
   return true;
 }

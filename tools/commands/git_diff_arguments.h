@@ -20,7 +20,7 @@ struct GitDiffArguments {
   std::string newFile;
   std::string oldMode;  // in octal; "." where there is no file
   std::string newMode;
-  bool copy = false;    // of a rename or copy: a copy
+  bool copy = false;  // of a rename or copy: a copy
 };
 
 // Whether git runs this process as its external diff program.

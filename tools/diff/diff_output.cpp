@@ -123,9 +123,10 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
       const bool quoted = field.first == "text";
       const DiffValue& was = field.second.first;
       const DiffValue& is = field.second.second;
-      const std::string value = was.type == DiffValue::Type::kNone ? Text(is, quoted, show)
-                                : is.type == DiffValue::Type::kNone ? Text(was, quoted, show)
-                                                                   : Text(was, quoted, show) + " -> " + Text(is, quoted, show);
+      std::string value = was.type == DiffValue::Type::kNone ? Text(is, quoted, show) : Text(was, quoted, show);
+      if (was.type != DiffValue::Type::kNone && is.type != DiffValue::Type::kNone) {
+        value += " -> " + Text(is, quoted, show);
+      }
       std::fprintf(out, "%s    %s: %s\n", indented ? "  " : "", field.first.c_str(), value.c_str());
     }
   }

@@ -203,11 +203,12 @@ std::vector<Part> PartsBetweenAnchors(const std::vector<std::uint32_t>& a, const
   for (size_t i = 0; i < a.size(); ++i) {
     if (oldCount[a[i]] == 1 && newCount[a[i]] == 1) pairs.emplace_back(static_cast<Index>(i), newAt[a[i]]);
   }
-  std::vector<Index> tails;       // the smallest new place ending a run of each length
-  std::vector<size_t> tailPair;   // the pair that ends it
+  std::vector<Index> tails;      // the smallest new place ending a run of each length
+  std::vector<size_t> tailPair;  // the pair that ends it
   std::vector<size_t> before(pairs.size(), 0);
   for (size_t p = 0; p < pairs.size(); ++p) {
-    const size_t length = static_cast<size_t>(std::lower_bound(tails.begin(), tails.end(), pairs[p].second) - tails.begin());
+    const size_t length =
+        static_cast<size_t>(std::lower_bound(tails.begin(), tails.end(), pairs[p].second) - tails.begin());
     before[p] = length > 0 ? tailPair[length - 1] : p;
     if (length == tails.size()) {
       tails.push_back(pairs[p].second);

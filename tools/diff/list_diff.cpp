@@ -2,7 +2,8 @@
 
 #include <unordered_map>
 
-std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList, const std::vector<std::string>& newList) {
+std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList,
+                                      const std::vector<std::string>& newList) {
   // The k-th entry of a name in one list pairs with its k-th in the other.
   std::unordered_map<std::string, std::vector<long>> newPlaces;
   newPlaces.reserve(newList.size());
@@ -25,7 +26,8 @@ std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList, c
     }
   }
   for (size_t i = 0; i < newList.size(); ++i) {
-    if (!newPaired[i]) changes.push_back(ListEntryChange{ListEntryChange::Change::kAdded, newList[i], -1, static_cast<long>(i)});
+    if (!newPaired[i])
+      changes.push_back(ListEntryChange{ListEntryChange::Change::kAdded, newList[i], -1, static_cast<long>(i)});
   }
   return changes;
 }

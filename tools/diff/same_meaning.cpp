@@ -206,7 +206,8 @@ class LeftOver {
     size_t i = 0;
     size_t j = 0;
     while (i < m_old.size() || j < m_new.size()) {
-      const size_t gap = j == m_new.size() || (i < m_old.size() && m_oldGap[i] < m_newGap[j]) ? m_oldGap[i] : m_newGap[j];
+      const size_t gap =
+          j == m_new.size() || (i < m_old.size() && m_oldGap[i] < m_newGap[j]) ? m_oldGap[i] : m_newGap[j];
       size_t olds = 0;
       size_t news = 0;
       for (; i < m_old.size() && m_oldGap[i] == gap; ++i) {

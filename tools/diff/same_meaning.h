@@ -12,13 +12,13 @@
 
 // The kinds of line difference, in the order they are named.
 enum class LineDifference {
-  kComments,   // lines that make nothing, or differ only outside what the reader took from them
-  kBlank,      // lines of blanks and tabs alone
-  kOrder,      // lines that make something and stand in the other file elsewhere
-  kSpacing,    // lines that differ only in blanks and tabs
-  kLineEnds,   // equal lines ended by other bytes (LF, CR LF, CR, none)
-  kDropped,    // lines that the reader drops: refused, passed over, skipped
-  kOther,      // lines that make something and read the same, written otherwise
+  kComments,  // lines that make nothing, or differ only outside what the reader took from them
+  kBlank,     // lines of blanks and tabs alone
+  kOrder,     // lines that make something and stand in the other file elsewhere
+  kSpacing,   // lines that differ only in blanks and tabs
+  kLineEnds,  // equal lines ended by other bytes (LF, CR LF, CR, none)
+  kDropped,   // lines that the reader drops: refused, passed over, skipped
+  kOther,     // lines that make something and read the same, written otherwise
 };
 constexpr size_t kLineDifferenceKinds = 7;
 
