@@ -4,7 +4,7 @@
 set -euo pipefail
 
 PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
-          clang libclang-rt-dev gcovr valgrind neovim doxygen)
+          clang libclang-rt-dev gcovr valgrind neovim doxygen git)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"

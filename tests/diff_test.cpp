@@ -1,8 +1,11 @@
-// The comparison of two catalogues by meaning: each kind of change, header
-// lists renumbered without any definition changing, moves, ids that are 0
-// or repeat, and files of two layouts.
+// The comparison of two catalogues by meaning: each kind of change with the
+// fields of what was added or removed, header lists renumbered without any
+// definition changing, how a device that is not where it was is found
+// (moved, renamed, moved and changed), ids that are 0 or repeat, files of
+// two layouts, and the text form.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -11,6 +14,7 @@
 
 #include "tests/tool_run.h"
 #include "tools/diff/catalogue_diff.h"
+#include "tools/diff/diff_output.h"
 
 namespace {
 
@@ -36,6 +40,7 @@ std::vector<std::string> Diff(const std::string& oldText, const std::string& new
       line += " " + field.first + "=" + field.second.first.Literal() + ">" + field.second.second.Literal();
     }
     if (!change.from.empty()) line += " from " + change.from[0] + "/" + change.from[1];
+    if (!change.oldName.empty()) line += "/" + change.oldName;
     line += " " + std::to_string(change.oldLine) + ":" + std::to_string(change.newLine);
     out.push_back(line);
   }
@@ -93,8 +98,12 @@ TEST(Diff, EachKindOfChange) {
                 "added manufacturer FLASH/Intel 0:17",
                 "removed manufacturer EPROM/Gone 17:0",
                 "changed definition EPROM/AMD/A1/#1 module=\"BASE\">\"FAST\" text=\" one\">\" one, faster\" 9:9",
-                "added definition EPROM/AMD/A1/#4 0:11",
-                "removed definition EPROM/AMD/A1/#2 10:0",
+                // What was added or removed has its fields: the one value a
+                // layout 1 line holds, and none of the ten it does not.
+                "added definition EPROM/AMD/A1/#4 generation=null>4 packages=null>[\"PLCC32\"] module=null>\"FAST\" "
+                "adapters=null>[\"ADP1\",\"ADP2\"] value 2=null>28 text=null>\" four\" 0:11",
+                "removed definition EPROM/AMD/A1/#2 generation=5>null packages=[\"PLCC32\"]>null module=\"FAST\">null "
+                "adapters=[\"ADP2\"]>null value 2=28>null text=\" two\">null 10:0",
                 "added device EPROM/AMD/NEW 0:13",
                 "moved device FLASH/Intel/MOVER from EPROM/AMD 13:18",
                 "removed device EPROM/Gone/OLD 18:0",
@@ -114,8 +123,12 @@ TEST(Diff, RenumberedListChangesNoDefinition) {
     to[15] = to[15] == '0' ? '1' : '0';                       // the adapter
     renumbered.replace(renumbered.find(line), to.size(), to);
   }
-  EXPECT_EQ(Diff(kOld, renumbered), (std::vector<std::string>{"added list-entry HOUSING_LIST/QFP64 number=null>0 0:2",
-                                                              "moved list-entry ADAPTER_LIST/ADP1 number=0>1 3:3"}));
+  // Every entry whose number changed is said, a swap's two entries too.
+  EXPECT_EQ(Diff(kOld, renumbered), (std::vector<std::string>{"moved list-entry HOUSING_LIST/DIP8 number=0>1 2:2",
+                                                              "moved list-entry HOUSING_LIST/PLCC32 number=1>2 2:2",
+                                                              "added list-entry HOUSING_LIST/QFP64 number=null>0 0:2",
+                                                              "moved list-entry ADAPTER_LIST/ADP1 number=0>1 3:3",
+                                                              "moved list-entry ADAPTER_LIST/ADP2 number=1>0 3:3"}));
 }
 
 TEST(Diff, ZeroAndRepeatedIdsPairByPlace) {
@@ -130,7 +143,7 @@ TEST(Diff, ZeroAndRepeatedIdsPairByPlace) {
                               "KVR5DEF: 0 0 0 0 1 2 9 : second zero\n"
                               "KVR3DEF: 7 0 0 0 1 2 3 : hidden seven, changed\n"
                               "KVR5DEF: 7 0 0 0 1 2 3 : seven\n}\n";
-  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"changed definition K/M/D/#0 value2=3>9 10:10",
+  EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"changed definition K/M/D/#0 value 2=3>9 10:10",
                                                               "changed definition K/M/D/#7 text=\" hidden seven\">\" hidden "
                                                               "seven, changed\" 11:11"}));
   // The hidden definition is left out with --visible-only.
@@ -151,7 +164,11 @@ TEST(Diff, DevicesOfSingleByteTextMoveAndGo) {
   EXPECT_EQ(Diff(oldText, newText), (std::vector<std::string>{"added manufacturer K/N 0:6",
                                                               "removed manufacturer K/M 6:0",
                                                               "moved device K/N/D\xC9 from K/M 7:7",
-                                                              "removed device K/M/GONE 11:0"}));
+                                                              "removed device K/M/GONE 11:0",
+                                                              "removed definition K/M/GONE/#2 generation=5>null "
+                                                              "packages=[\"P\"]>null module=\"M\">null "
+                                                              "adapters=[\"A\"]>null value 2=8>null "
+                                                              "text=\" \xE4\">null 13:0"}));
 }
 
 TEST(Diff, FilesOfTwoLayouts) {
@@ -160,7 +177,70 @@ TEST(Diff, FilesOfTwoLayouts) {
   const std::string layout2 =
       "DEF_LAYOUT_VERSION = 2 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\nD\n{\nKVR5DEF: 1 0 0 0 5 6 28 : t\n}\n";
   EXPECT_EQ(Diff(layout1, layout2),
-            (std::vector<std::string>{"changed definition K/M/D/#1 value0=0>5 value1=0>6 9:9"}));
+            (std::vector<std::string>{"changed definition K/M/D/#1 value 0=0>5 value 1=0>6 9:9"}));
+}
+
+TEST(Diff, DeviceNotWhereItWas) {
+  const std::string head = "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\n";
+  const std::string x = "X\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\n";
+  const std::string oldText = head + x + "E\n{\n}\n:N\n";  // X at line 7, E at 11
+  const struct {
+    const char* what;
+    std::string newText;
+    std::vector<std::string> changes;
+  } cases[] = {
+      {"renamed", head + "Y\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nE\n{\n}\n:N\n", {"renamed device K/M/Y from K/M/X 7:7"}},
+      {"renamed and moved",
+       head + "E\n{\n}\n:N\nY\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\n",
+       {"renamed device K/N/Y from K/M/X 7:11"}},
+      {"moved and changed",
+       head + "E\n{\n}\n:N\nX\n{\nKVR5DEF: 1 0 0 0 9 : x\n}\n",
+       {"moved device K/N/X from K/M 7:11", "changed definition K/N/X/#1 value 2=8>9 9:13"}},
+      {"the same name and definitions elsewhere before the same definitions under another name",
+       head + "Y\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nE\n{\n}\n:N\n" + x,
+       {"added device K/M/Y 0:7", "added definition K/M/Y/#1 generation=null>5 packages=null>[\"P\"] "
+                                  "module=null>\"M\" adapters=null>[\"A\"] value 2=null>8 text=null>\" x\" 0:9",
+        "moved device K/N/X from K/M 7:15"}},
+      {"a device without definitions is not known by them",
+       head + x + "F\n{\n}\n:N\n",
+       {"added device K/M/F 0:11", "removed device K/M/E 11:0"}},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Diff(oldText, c.newText), c.changes) << c.what;
+}
+
+// The text form of what the cases above give: fields of one side alone
+// without an arrow, a rename and a move on a line of their own.
+TEST(Diff, TextForm) {
+  const std::string head = "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST P;\nADAPTER_LIST A;\nMODUL_LIST M;\nK:\n:M\n";
+  std::unique_ptr<Analysis> oldFile =
+      Read(head + "X\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nZ\n{\nKVR5DEF: 2 0 0 0 1 : z\n}\n:N\n");
+  std::unique_ptr<Analysis> newFile = Read(head + "Y\n{\nKVR5DEF: 1 0 0 0 8 : x\n}\nW\n{\nKVR5DEF: 3 0 0 0 2 : w\n}\n"
+                                                  ":N\nZ\n{\nKVR5DEF: 2 0 0 0 7 : z\n}\n");
+  std::FILE* out = std::tmpfile();
+  ASSERT_NE(out, nullptr);
+  PrintDiffText(out, DiffCatalogues(*oldFile, *newFile, DiffOptions()), false, [](const std::string& s) { return s; });
+  std::string text(static_cast<size_t>(std::ftell(out)), '\0');
+  std::rewind(out);
+  ASSERT_EQ(std::fread(&text[0], 1, text.size(), out), text.size());
+  std::fclose(out);
+  EXPECT_EQ(text,
+            "~ device K / M / Y renamed from X (old line 7, new line 7)\n"
+            "+ device K / M / W (new line 11)\n"
+            "\n"
+            "K / M / W\n"
+            "  + definition 3 (new line 13)\n"
+            "      generation: 5\n"
+            "      packages: P\n"
+            "      module: M\n"
+            "      adapters: A\n"
+            "      value 2: 2\n"
+            "      text: \" w\"\n"
+            "\n"
+            "~ device K / N / Z moved from K / M (old line 11, new line 16)\n"
+            "\n"
+            "K / N / Z\n"
+            "  ~ definition 2 (old line 13, new line 18)\n"
+            "      value 2: 1 -> 7\n");
 }
 
 }  // namespace
@@ -186,11 +266,31 @@ TEST(DiffCommand, ExitStatusJsonAndGitDriver) {
   EXPECT_EQ(text.status, 1);
   EXPECT_EQ(text.out, "EPROM / AMD / A1\n  ~ definition 2 (old line 10, new line 10)\n      module: FAST -> BASE\n");
   const nlohmann::json json = nlohmann::json::parse(RunTool("diff --json old.def new.def", "2>&1", dir).out);
-  EXPECT_EQ(json["schema"], 1);
+  EXPECT_EQ(json["schema"], 2);
   EXPECT_EQ(json["old"]["file"], "old.def");
   ASSERT_EQ(json["changes"].size(), 1u);
   EXPECT_EQ(json["changes"][0]["fields"]["module"], nlohmann::json::parse(R"(["FAST", "BASE"])"));
   EXPECT_EQ(json["changes"][0]["path"], nlohmann::json::parse(R"(["EPROM", "AMD", "A1"])"));
+
+  // A value is named as check names it, by its place in the values of
+  // show --json.
+  std::string revalued = kOld;
+  revalued.replace(revalued.find("KVR5DEF: 2 1 1 1 28"), 19, "KVR5DEF: 2 1 1 1 30");
+  std::ofstream(dir + "/revalued.def", std::ios::binary) << revalued;
+  const nlohmann::json values = nlohmann::json::parse(RunTool("diff --json old.def revalued.def", "2>&1", dir).out);
+  ASSERT_EQ(values["changes"].size(), 1u);
+  const nlohmann::json fields = values["changes"][0]["fields"];
+  ASSERT_EQ(fields.size(), 1u);
+  const std::string name = fields.begin().key();
+  ASSERT_EQ(name.compare(0, 6, "value "), 0) << name;
+  const size_t index = std::stoul(name.substr(6));
+  for (const char* file : {"old.def", "revalued.def"}) {
+    const nlohmann::json shown =
+        nlohmann::json::parse(RunTool(std::string("show --json ") + file + " A1", "", dir).out);
+    EXPECT_EQ(shown["devices"][0]["definitions"][1]["values"][index], fields[name][file[0] == 'o' ? 0 : 1]) << file;
+  }
+  EXPECT_NE(RunTool("diff old.def revalued.def", "", dir).out.find("      " + name + ": 28 -> 30\n"),
+            std::string::npos);
 
   // git hands the driver seven arguments and takes any status but 0 for a
   // failure of the driver.

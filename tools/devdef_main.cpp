@@ -1,11 +1,13 @@
 // devdef: the command-line companion of the devdef library.
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "tools/commands/command.h"
+#include "tools/commands/git_diff_arguments.h"
 #include "tools/output/message_box_output.h"
 
 int main(int argc, char** argv) {
@@ -17,8 +19,13 @@ int main(int argc, char** argv) {
                                          AddFindCommand(app),  AddCheckCommand(app),   AddWriteCommand(app),
                                          AddConvertCommand(app), AddExportCommand(app),
                                          AddDiffCommand(app), AddLspCommand(app)};
+  // git hands devdef diff, as its external diff program, arguments of its
+  // own at the end, which are no options even where they start with "-".
+  std::vector<std::string> args(argv + 1, argv + argc);
+  const bool runByGit = MarkGitDiffArguments(args);
+  std::reverse(args.begin(), args.end());  // the order CLI11 takes them in
   try {
-    app.parse(argc, argv);
+    app.parse(args);
   } catch (const CLI::CallForHelp& e) {
     return app.exit(e);
   } catch (const CLI::CallForAllHelp& e) {
@@ -32,7 +39,8 @@ int main(int argc, char** argv) {
       if (command.app->parsed()) where += " " + command.app->get_name();
     }
     std::fprintf(stderr, "devdef: %s; see '%s --help'\n", e.what(), where.c_str());
-    return kExitFileError;
+    // git stops at any other status of its external diff program.
+    return runByGit ? kExitSuccess : kExitFileError;
   }
 
   InstallToolMessageBox();

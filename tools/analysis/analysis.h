@@ -69,6 +69,11 @@ class Analysis {
   // The places of the entries of a header list (0: HOUSING_LIST, 1:
   // ADAPTER_LIST, 2: MODUL_LIST), in the order of the list.
   const std::vector<ByteSpan>& ListEntries(int list) const { return m_records.listEntries[list]; }
+  // The version line the reader took (empty when it took none), and the
+  // device block lines that the reader read as a housing list (layout 7),
+  // without comment and white space at their ends.
+  ByteSpan VersionLine() const { return m_records.version; }
+  const std::vector<ByteSpan>& HousingLines() const { return m_records.housingLines; }
   // The names of a header list as this file gave them, kept apart from the
   // process-wide lists, which the next analysis empties: a number of a
   // definition is an index into them.

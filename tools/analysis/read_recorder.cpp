@@ -350,6 +350,7 @@ void ReadRecorder::NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDE
 }
 
 void ReadRecorder::HousingLine(int nListStart) {
+  m_r.housingLines.push_back(m_blockLine);
   m_housingBase = m_blockLine.begin + static_cast<std::uint32_t>(nListStart);
   m_housingEntries.clear();
 }

@@ -6,140 +6,42 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "tools/diff/diff_side.h"
 #include "tools/diff/list_diff.h"
 
 namespace {
 
 const char* const kListKeywords[] = {"HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST"};
 
-std::string Bytes(const CString& text) {
-  return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength()));
+using FieldChanges = std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>>;
+
+// Fields of one side as changes: the old side's as removed values, the
+// new side's as added ones.
+FieldChanges OneSided(std::vector<DiffField> fields, bool old) {
+  FieldChanges changes;
+  for (DiffField& field : fields) {
+    changes.push_back({std::move(field.first), old ? std::make_pair(std::move(field.second), DiffValue::None())
+                                                   : std::make_pair(DiffValue::None(), std::move(field.second))});
+  }
+  return changes;
 }
 
-DiffValue Marks(DWORD flags) {
-  std::vector<DiffValue> marks;
-  if (flags & 1) marks.push_back(DiffValue::Text("0xB0"));
-  if (flags & 2) marks.push_back(DiffValue::Text("0xDF"));
-  return DiffValue::List(std::move(marks));
+// Each field whose values differ, of two lists of the same fields.
+FieldChanges Changed(const std::vector<DiffField>& was, const std::vector<DiffField>& is) {
+  FieldChanges changes;
+  for (size_t f = 0; f < was.size() && f < is.size(); ++f) {
+    if (was[f].second != is[f].second) changes.push_back({was[f].first, {was[f].second, is[f].second}});
+  }
+  return changes;
 }
 
-struct DeviceRef {
-  TAG_KIND_OF_DEVICE* kind;
-  TAG_DEVICE_MANUF* manuf;
-  DEVICE_ITEM* device;
-  std::uint32_t record;  // in the analysis
-  std::string key;       // kind, manufacturer and device name, each ended by a NUL
-};
-
-// One file's catalogue, indexed for the comparison.
-class Side {
- public:
-  Side(Analysis& analysis, const DiffOptions& options) : m_a(analysis), m_visibleOnly(options.visibleOnly) {
-    for (const KindRecord& kind : analysis.Kinds()) {
-      const std::string kindKey = Bytes(kind.kind->m_Name) + '\0';
-      if (m_kinds.emplace(kindKey, Line(kind.name)).second) m_kindOrder.push_back(kind.kind);
-      for (std::uint32_t m = kind.firstManufacturer; m < kind.firstManufacturer + kind.manufacturerCount; ++m) {
-        const ManufacturerRecord& manuf = analysis.Manufacturers()[m];
-        const std::string manufKey = kindKey + Bytes(manuf.manufacturer->m_Name) + '\0';
-        if (m_manufacturers.emplace(manufKey, Line(manuf.name)).second) {
-          m_manufOrder.emplace_back(kind.kind, manuf.manufacturer);
-        }
-        for (std::uint32_t d = manuf.firstDevice; d < manuf.firstDevice + manuf.deviceCount; ++d) {
-          DEVICE_ITEM* device = analysis.Devices()[d].device;
-          const std::string key = manufKey + Bytes(device->m_DeviceName) + '\0';
-          m_byKey[key].push_back(m_devices.size());
-          m_devices.push_back(DeviceRef{kind.kind, manuf.manufacturer, device, d, key});
-        }
-      }
-    }
-  }
-
-  Analysis& File() { return m_a; }
-  const std::vector<DeviceRef>& Devices() const { return m_devices; }
-  const std::vector<size_t>* DevicesAt(const std::string& key) const {
-    auto found = m_byKey.find(key);
-    return found != m_byKey.end() ? &found->second : nullptr;
-  }
-  const std::unordered_map<std::string, long>& Kinds() const { return m_kinds; }
-  const std::unordered_map<std::string, long>& Manufacturers() const { return m_manufacturers; }
-  const std::vector<TAG_KIND_OF_DEVICE*>& KindOrder() const { return m_kindOrder; }
-  const std::vector<std::pair<TAG_KIND_OF_DEVICE*, TAG_DEVICE_MANUF*>>& ManufOrder() const { return m_manufOrder; }
-
-  // The indexes of the definitions of a device that take part.
-  std::vector<int> Definitions(DEVICE_ITEM& device) const {
-    std::vector<int> indexes;
-    for (int i = 0; i < device.m_DefArray.GetSize(); ++i) {
-      if (!m_visibleOnly || !device.m_DefArray[i].IsHidden()) indexes.push_back(i);
-    }
-    return indexes;
-  }
-
-  // A number by the name it has in this file's list; "#N" without one.
-  DiffValue Named(int list, unsigned number) const {
-    const std::vector<std::string>& names = m_a.ListNames(list);
-    return DiffValue::Text(number < names.size() ? names[number] : "#" + std::to_string(number));
-  }
-  DiffValue NamedList(int list, const CWordArray& numbers) const {
-    std::vector<DiffValue> names;
-    for (int i = 0; i < numbers.GetSize(); ++i) names.push_back(Named(list, numbers[i]));
-    return DiffValue::List(std::move(names));
-  }
-
-  // Every field of a definition that a change can name, in a fixed order.
-  std::vector<std::pair<std::string, DiffValue>> Fields(DEVICE_KVRXDEF_ITEM& def) const {
-    std::vector<std::pair<std::string, DiffValue>> fields = {
-        {"generation", DiffValue::Number(def.m_KvrType)},
-        {"packages", NamedList(0, def.m_PackageIds)},
-        {"module", Named(2, def.m_ModulId)},
-        {"adapters", NamedList(1, def.m_AdapterIds)},
-    };
-    for (int i = 0; i < 11; ++i) {
-      fields.emplace_back("value" + std::to_string(i), DiffValue::Number(static_cast<unsigned>(def.m_DefValues[i])));
-    }
-    fields.emplace_back("text", DiffValue::Text(Bytes(def.m_DefLine)));
-    fields.emplace_back("marks", Marks(def.m_MarkFlags));
-    return fields;
-  }
-
-  // What identifies a device's content: its definitions with names resolved.
-  std::string Signature(DEVICE_ITEM& device) const {
-    std::string signature;
-    for (int i : Definitions(device)) {
-      signature += std::to_string(device.m_DefArray[i].m_DefID);
-      for (const auto& field : Fields(device.m_DefArray[i])) signature += '\0' + field.second.Literal();
-      signature += '\n';
-    }
-    return signature;
-  }
-
-  long DeviceLine(const DeviceRef& ref) const { return Line(m_a.Devices()[ref.record].name); }
-  long DefinitionLine(const DeviceRef& ref, int index) const {
-    return Line(m_a.Definitions()[m_a.Devices()[ref.record].firstDefinition + static_cast<std::uint32_t>(index)].line);
-  }
-  // The line of the list entry of that number, or 0.
-  long EntryLine(int list, int number) const {
-    const std::vector<ByteSpan>& entries = m_a.ListEntries(list);
-    return number >= 0 && static_cast<size_t>(number) < entries.size() ? Line(entries[static_cast<size_t>(number)]) : 0;
-  }
-
- private:
-  long Line(ByteSpan span) const { return m_a.Map().PointOf(span.begin).line; }
-
-  Analysis& m_a;
-  bool m_visibleOnly;
-  std::vector<DeviceRef> m_devices;
-  std::unordered_map<std::string, std::vector<size_t>> m_byKey;
-  std::unordered_map<std::string, long> m_kinds;
-  std::unordered_map<std::string, long> m_manufacturers;
-  std::vector<TAG_KIND_OF_DEVICE*> m_kindOrder;
-  std::vector<std::pair<TAG_KIND_OF_DEVICE*, TAG_DEVICE_MANUF*>> m_manufOrder;
-};
-
-std::vector<std::string> PathOf(const DeviceRef& ref) { return {Bytes(ref.kind->m_Name), Bytes(ref.manuf->m_Name)}; }
+// How a device of the new file found its old self.
+enum class Found : unsigned char { kNot, kSamePath, kMoved, kRenamed, kMovedAndChanged };
 
 class Differ {
  public:
-  Differ(Side& oldSide, Side& newSide, bool visibleOnly) : m_old(oldSide), m_new(newSide), m_visibleOnly(visibleOnly) {}
+  Differ(DiffSide& oldSide, DiffSide& newSide, bool visibleOnly)
+      : m_old(oldSide), m_new(newSide), m_visibleOnly(visibleOnly) {}
 
   std::vector<DiffChange> Run() {
     DiffLists();
@@ -166,13 +68,10 @@ class Differ {
                                           : entry.change == ListEntryChange::Change::kRemoved ? DiffChange::Change::kRemoved
                                                                                               : DiffChange::Change::kMoved;
         DiffChange& item = Add(change, DiffChange::What::kListEntry, {kListKeywords[list]}, entry.name);
-        if (entry.oldIndex >= 0) {
-          const DiffValue newNumber = entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None();
-          item.fields.push_back({"number", {DiffValue::Number(entry.oldIndex), newNumber}});
-          item.oldLine = m_old.EntryLine(list, entry.oldIndex);
-        } else {
-          item.fields.push_back({"number", {DiffValue::None(), DiffValue::Number(entry.newIndex)}});
-        }
+        const DiffValue oldNumber = entry.oldIndex >= 0 ? DiffValue::Number(entry.oldIndex) : DiffValue::None();
+        const DiffValue newNumber = entry.newIndex >= 0 ? DiffValue::Number(entry.newIndex) : DiffValue::None();
+        item.fields.push_back({"number", {oldNumber, newNumber}});
+        item.oldLine = m_old.EntryLine(list, entry.oldIndex);
         item.newLine = m_new.EntryLine(list, entry.newIndex);
       }
     }
@@ -210,68 +109,134 @@ class Differ {
   }
 
   void DiffDevices() {
-    // Devices of one path pair in order; the rest are added or removed,
-    // unless a device of the same name and content stands elsewhere.
     const std::vector<DeviceRef>& olds = m_old.Devices();
     const std::vector<DeviceRef>& news = m_new.Devices();
-    std::vector<long> newPartner(news.size(), -1);
-    std::vector<bool> oldPaired(olds.size(), false);
+    m_partner.assign(news.size(), kNone);
+    m_found.assign(news.size(), Found::kNot);
+    m_oldTaken.assign(olds.size(), false);
+    m_leftOld = olds.size();
+    m_leftNew = news.size();
+    // Devices of one path pair in order.
     std::unordered_map<std::string, size_t> taken;
     for (size_t i = 0; i < news.size(); ++i) {
       const std::vector<size_t>* candidates = m_old.DevicesAt(news[i].key);
       if (candidates == nullptr) continue;
       size_t& next = taken[news[i].key];
-      if (next >= candidates->size()) continue;
-      newPartner[i] = static_cast<long>((*candidates)[next++]);
-      oldPaired[static_cast<size_t>(newPartner[i])] = true;
+      if (next < candidates->size()) Pair(i, (*candidates)[next++], Found::kSamePath);
     }
-    std::unordered_map<std::string, std::vector<size_t>> removed;  // name and content -> old devices
-    for (size_t i = 0; i < olds.size(); ++i) {
-      if (!oldPaired[i]) removed[Bytes(olds[i].device->m_DeviceName) + '\0' + m_old.Signature(*olds[i].device)].push_back(i);
+    // The rest by their content and name, each way of finding a device
+    // over all of them before the next.
+    if (m_leftOld > 0 && m_leftNew > 0) {
+      std::vector<std::string> oldSignatures(olds.size()), newSignatures(news.size());
+      for (size_t i = 0; i < olds.size(); ++i) {
+        if (!m_oldTaken[i]) oldSignatures[i] = m_old.Signature(*olds[i].device);
+      }
+      for (size_t i = 0; i < news.size(); ++i) {
+        if (m_partner[i] == kNone) newSignatures[i] = m_new.Signature(*news[i].device);
+      }
+      PairBy(Found::kMoved, [&](const DeviceRef& ref, const std::string& signature, std::string* key) {
+        *key = NameOf(ref) + '\0' + signature;
+        return true;
+      }, oldSignatures, newSignatures);
+      // A device without definitions has nothing to be known by.
+      PairBy(Found::kRenamed, [&](const DeviceRef&, const std::string& signature, std::string* key) {
+        *key = signature;
+        return !signature.empty();
+      }, oldSignatures, newSignatures);
+      PairBy(Found::kMovedAndChanged, [&](const DeviceRef& ref, const std::string&, std::string* key) {
+        *key = NameOf(ref);
+        return true;
+      }, oldSignatures, newSignatures);
     }
-    for (auto& entry : removed) std::reverse(entry.second.begin(), entry.second.end());
-    std::vector<bool> oldMoved(olds.size(), false);
     for (size_t i = 0; i < news.size(); ++i) {
       const DeviceRef& ref = news[i];
-      const std::string name = Bytes(ref.device->m_DeviceName);
-      if (newPartner[i] >= 0) {
-        DiffDevice(olds[static_cast<size_t>(newPartner[i])], ref);
-        continue;
+      switch (m_found[i]) {
+        case Found::kNot:
+          AddDevice(m_new, ref, DiffChange::Change::kAdded);
+          break;
+        case Found::kSamePath:
+          DiffDevice(olds[m_partner[i]], ref, DiffChange::Change::kChanged);
+          break;
+        case Found::kRenamed:
+          DiffDevice(olds[m_partner[i]], ref, DiffChange::Change::kRenamed);
+          break;
+        case Found::kMoved:
+        case Found::kMovedAndChanged:
+          DiffDevice(olds[m_partner[i]], ref, DiffChange::Change::kMoved);
+          break;
       }
-      auto moved = removed.find(name + '\0' + m_new.Signature(*ref.device));
-      if (moved != removed.end() && !moved->second.empty()) {
-        const DeviceRef& from = olds[moved->second.back()];
-        oldMoved[moved->second.back()] = true;
-        moved->second.pop_back();
-        DiffChange& item = Add(DiffChange::Change::kMoved, DiffChange::What::kDevice, PathOf(ref), name);
-        item.from = PathOf(from);
-        item.oldLine = m_old.DeviceLine(from);
-        item.newLine = m_new.DeviceLine(ref);
-        continue;
-      }
-      Add(DiffChange::Change::kAdded, DiffChange::What::kDevice, PathOf(ref), name).newLine = m_new.DeviceLine(ref);
     }
     for (size_t i = 0; i < olds.size(); ++i) {
-      if (oldPaired[i] || oldMoved[i]) continue;
-      Add(DiffChange::Change::kRemoved, DiffChange::What::kDevice, PathOf(olds[i]), Bytes(olds[i].device->m_DeviceName))
-          .oldLine = m_old.DeviceLine(olds[i]);
+      if (!m_oldTaken[i]) AddDevice(m_old, olds[i], DiffChange::Change::kRemoved);
     }
   }
 
-  void DiffDevice(const DeviceRef& was, const DeviceRef& is) {
+  static constexpr size_t kNone = static_cast<size_t>(-1);
+
+  void Pair(size_t newDevice, size_t oldDevice, Found how) {
+    m_partner[newDevice] = oldDevice;
+    m_found[newDevice] = how;
+    m_oldTaken[oldDevice] = true;
+    --m_leftOld;
+    --m_leftNew;
+  }
+
+  // Pairs each device of the new file not yet paired with the first device
+  // of the old file not yet paired that key gives the same key; key may
+  // give a device none.
+  template <class Key>
+  void PairBy(Found how, Key key, const std::vector<std::string>& oldSignatures,
+              const std::vector<std::string>& newSignatures) {
+    const std::vector<DeviceRef>& olds = m_old.Devices();
+    const std::vector<DeviceRef>& news = m_new.Devices();
+    std::unordered_map<std::string, std::vector<size_t>> waiting;  // the old devices of a key, the first last
+    std::string text;
+    for (size_t i = olds.size(); i-- > 0;) {
+      if (!m_oldTaken[i] && key(olds[i], oldSignatures[i], &text)) waiting[text].push_back(i);
+    }
+    for (size_t i = 0; i < news.size() && !waiting.empty(); ++i) {
+      if (m_partner[i] != kNone || !key(news[i], newSignatures[i], &text)) continue;
+      auto found = waiting.find(text);
+      if (found == waiting.end()) continue;
+      Pair(i, found->second.back(), how);
+      found->second.pop_back();
+      if (found->second.empty()) waiting.erase(found);
+    }
+  }
+
+  // A device added or removed, with its fields and its definitions.
+  void AddDevice(DiffSide& side, const DeviceRef& ref, DiffChange::Change change) {
+    const bool old = change == DiffChange::Change::kRemoved;
+    DiffChange& item = Add(change, DiffChange::What::kDevice, PathOf(ref), NameOf(ref));
+    item.fields = OneSided(side.DeviceFields(ref, false), old);
+    (old ? item.oldLine : item.newLine) = side.DeviceLine(ref);
+    std::vector<std::string> path = PathOf(ref);
+    path.push_back(NameOf(ref));
+    for (int i : side.Definitions(*ref.device)) AddDefinition(side, path, ref, i, change);
+  }
+
+  void AddDefinition(DiffSide& side, const std::vector<std::string>& path, const DeviceRef& ref, int index,
+                     DiffChange::Change change) {
+    const bool old = change == DiffChange::Change::kRemoved;
+    DiffChange& item = Add(change, DiffChange::What::kDefinition, path, std::string());
+    item.hasId = true;
+    item.id = ref.device->m_DefArray[index].m_DefID;
+    item.fields = OneSided(side.LineFields(ref, index), old);
+    (old ? item.oldLine : item.newLine) = side.DefinitionLine(ref, index);
+  }
+
+  // A device of the old file and its new self: the device's own change
+  // (always said for a move or a rename, for a change only when a field of
+  // the device changed), then its definitions.
+  void DiffDevice(const DeviceRef& was, const DeviceRef& is, DiffChange::Change change) {
     std::vector<std::string> path = PathOf(is);
-    path.push_back(Bytes(is.device->m_DeviceName));
-    // The device's own fields.
-    std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>> fields;
-    const DiffValue oldMarks = Marks(was.device->m_DeviceFlags);
-    const DiffValue newMarks = Marks(is.device->m_DeviceFlags);
-    if (oldMarks != newMarks) fields.push_back({"marks", {oldMarks, newMarks}});
-    const DiffValue oldHousings = m_old.NamedList(0, was.device->m_HousingIds);
-    const DiffValue newHousings = m_new.NamedList(0, is.device->m_HousingIds);
-    if (oldHousings != newHousings) fields.push_back({"housings", {oldHousings, newHousings}});
-    if (!fields.empty()) {
-      DiffChange& item = Add(DiffChange::Change::kChanged, DiffChange::What::kDevice, PathOf(is), path.back());
+    path.push_back(NameOf(is));
+    FieldChanges fields = Changed(m_old.DeviceFields(was, true), m_new.DeviceFields(is, true));
+    if (change != DiffChange::Change::kChanged || !fields.empty()) {
+      DiffChange& item = Add(change, DiffChange::What::kDevice, PathOf(is), path.back());
       item.fields = std::move(fields);
+      if (change != DiffChange::Change::kChanged) item.from = PathOf(was);
+      if (change == DiffChange::Change::kRenamed) item.oldName = NameOf(was);
       item.oldLine = m_old.DeviceLine(was);
       item.newLine = m_new.DeviceLine(is);
     }
@@ -301,10 +266,7 @@ class Differ {
       auto candidates = oldById.find(def.m_DefID);
       size_t& next = taken[def.m_DefID];
       if (candidates == oldById.end() || next >= candidates->second.size()) {
-        DiffChange& item = Add(DiffChange::Change::kAdded, DiffChange::What::kDefinition, path, std::string());
-        item.hasId = true;
-        item.id = def.m_DefID;
-        item.newLine = m_new.DefinitionLine(is, i);
+        AddDefinition(m_new, path, is, i, DiffChange::Change::kAdded);
         continue;
       }
       const int partner = candidates->second[next++];
@@ -312,11 +274,7 @@ class Differ {
       DiffDefinition(path, was, partner, is, i);
     }
     for (int i : olds) {
-      if (oldPaired.count(i) != 0) continue;
-      DiffChange& item = Add(DiffChange::Change::kRemoved, DiffChange::What::kDefinition, path, std::string());
-      item.hasId = true;
-      item.id = was.device->m_DefArray[i].m_DefID;
-      item.oldLine = m_old.DefinitionLine(was, i);
+      if (oldPaired.count(i) == 0) AddDefinition(m_old, path, was, i, DiffChange::Change::kRemoved);
     }
   }
 
@@ -346,35 +304,37 @@ class Differ {
 
   void DiffDefinition(const std::vector<std::string>& path, const DeviceRef& was, int oldIndex, const DeviceRef& is,
                       int newIndex) {
-    DEVICE_ITEM& oldDevice = *was.device;
-    DEVICE_ITEM& newDevice = *is.device;
-    if (SameDefinition(oldDevice.m_DefArray[oldIndex], newDevice.m_DefArray[newIndex])) return;
-    const auto oldFields = m_old.Fields(oldDevice.m_DefArray[oldIndex]);
-    const auto newFields = m_new.Fields(newDevice.m_DefArray[newIndex]);
-    std::vector<std::pair<std::string, std::pair<DiffValue, DiffValue>>> fields;
-    for (size_t f = 0; f < oldFields.size(); ++f) {
-      if (oldFields[f].second != newFields[f].second) fields.push_back({oldFields[f].first, {oldFields[f].second, newFields[f].second}});
-    }
+    DEVICE_KVRXDEF_ITEM& oldDef = was.device->m_DefArray[oldIndex];
+    DEVICE_KVRXDEF_ITEM& newDef = is.device->m_DefArray[newIndex];
+    if (SameDefinition(oldDef, newDef)) return;
+    FieldChanges fields = Changed(m_old.Fields(oldDef), m_new.Fields(newDef));
     if (fields.empty()) return;
     DiffChange& item = Add(DiffChange::Change::kChanged, DiffChange::What::kDefinition, path, std::string());
     item.hasId = true;
-    item.id = newDevice.m_DefArray[newIndex].m_DefID;
+    item.id = newDef.m_DefID;
     item.fields = std::move(fields);
     item.oldLine = m_old.DefinitionLine(was, oldIndex);
     item.newLine = m_new.DefinitionLine(is, newIndex);
   }
 
-  Side& m_old;
-  Side& m_new;
+  DiffSide& m_old;
+  DiffSide& m_new;
   bool m_visibleOnly;
   std::vector<DiffChange> m_changes;
+  // The devices: the old partner of each new one and how it was found;
+  // which old ones have a partner; how many of each file have none.
+  std::vector<size_t> m_partner;
+  std::vector<Found> m_found;
+  std::vector<bool> m_oldTaken;
+  size_t m_leftOld = 0;
+  size_t m_leftNew = 0;
 };
 
 }  // namespace
 
 std::vector<DiffChange> DiffCatalogues(Analysis& oldFile, Analysis& newFile, const DiffOptions& options) {
-  Side oldSide(oldFile, options);
-  Side newSide(newFile, options);
+  DiffSide oldSide(oldFile, options.visibleOnly);
+  DiffSide newSide(newFile, options.visibleOnly);
   return Differ(oldSide, newSide, options.visibleOnly).Run();
 }
 
@@ -388,6 +348,8 @@ const char* ChangeName(DiffChange::Change change) {
       return "changed";
     case DiffChange::Change::kMoved:
       return "moved";
+    case DiffChange::Change::kRenamed:
+      return "renamed";
   }
   return "changed";
 }

@@ -89,6 +89,11 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
         what = change.change == DiffChange::Change::kChanged
                    ? std::string("device")
                    : "device " + Joined(change.path, show) + " / " + show(change.name);
+        if (change.change == DiffChange::Change::kMoved) what += " moved from " + Joined(change.from, show);
+        if (change.change == DiffChange::Change::kRenamed) {
+          what += " renamed from " + (change.from == change.path ? std::string() : Joined(change.from, show) + " / ") +
+                  show(change.oldName);
+        }
         break;
       default: {
         std::vector<std::string> path = change.path;
@@ -96,9 +101,6 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
         what = std::string(WhatName(change.what)) + " " + Joined(path, show);
         break;
       }
-    }
-    if (change.change == DiffChange::Change::kMoved && change.what == DiffChange::What::kDevice) {
-      what += " moved from " + Joined(change.from, show);
     }
     const bool indented = !header.empty();
     if (change.what == DiffChange::What::kListEntry && !change.fields.empty()) {
@@ -115,11 +117,17 @@ void PrintDiffText(std::FILE* out, const std::vector<DiffChange>& changes, bool 
       lines = ", " + lines.substr(2);
     }
     std::fprintf(out, "%s%s%c %s%s%s\n", indented ? "  " : "", on, Sign(change.change), what.c_str(), lines.c_str(), off);
+    // Each field, as old -> new, or as the value of the side that has it.
     for (const auto& field : change.fields) {
       if (change.what == DiffChange::What::kListEntry) break;
       const bool quoted = field.first == "text";
-      std::fprintf(out, "%s    %s: %s -> %s\n", indented ? "  " : "", field.first.c_str(),
-                   Text(field.second.first, quoted, show).c_str(), Text(field.second.second, quoted, show).c_str());
+      const DiffValue& was = field.second.first;
+      const DiffValue& is = field.second.second;
+      std::string value = was.type == DiffValue::Type::kNone ? Text(is, quoted, show) : Text(was, quoted, show);
+      if (was.type != DiffValue::Type::kNone && is.type != DiffValue::Type::kNone) {
+        value += " -> " + Text(is, quoted, show);
+      }
+      std::fprintf(out, "%s    %s: %s\n", indented ? "  " : "", field.first.c_str(), value.c_str());
     }
   }
 }

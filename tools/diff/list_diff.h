@@ -1,7 +1,7 @@
 // The differences between two header lists by their names: entries added,
-// removed, and moved (their order among the entries both lists hold
-// changed). Entries that only shift because others came or went are not
-// moved.
+// removed, and moved (their number, the place in the list that definitions
+// refer to, changed, whether they were put elsewhere or others came or went
+// in front of them).
 #ifndef DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
 #define DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
 
@@ -16,8 +16,9 @@ struct ListEntryChange {
   long newIndex = -1;
 };
 
-// O(n log n) in the lengths of the lists; a name that stands twice counts
-// as two entries, matched in order.
+// Removed and moved entries in the order of the old list, then added ones
+// in the order of the new. Linear in the lengths of the lists; a name that
+// stands twice counts as two entries, matched in order.
 std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList, const std::vector<std::string>& newList);
 
 #endif  // DEVDEF_TOOLS_DIFF_LIST_DIFF_H_

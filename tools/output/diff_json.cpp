@@ -45,15 +45,16 @@ json DiffJson(const std::string& oldName, int oldLayout, const std::string& newN
       }
       item["fields"] = std::move(fields);
     }
-    if (change.change == DiffChange::Change::kMoved && change.what == DiffChange::What::kDevice) {
+    if (!change.from.empty()) {
       item["from"] = Shown(change.from, show);
       item["to"] = Shown(change.path, show);
     }
+    if (change.change == DiffChange::Change::kRenamed) item["old_name"] = show(change.oldName);
     item["old_line"] = change.oldLine > 0 ? json(change.oldLine) : json(nullptr);
     item["new_line"] = change.newLine > 0 ? json(change.newLine) : json(nullptr);
     list.push_back(std::move(item));
   }
-  return json{{"schema", 1},
+  return json{{"schema", 2},
               {"old", {{"file", show(oldName)}, {"layout", oldLayout}}},
               {"new", {{"file", show(newName)}, {"layout", newLayout}}},
               {"changes", std::move(list)}};

@@ -9,7 +9,7 @@
 #include "tools/diff/catalogue_diff.h"
 #include "tools/diff/diff_output.h"
 
-// {"schema": 1, "old": {"file", "layout"}, "new": {...}, "changes": [...]}.
+// {"schema": 2, "old": {"file", "layout"}, "new": {...}, "changes": [...]}.
 nlohmann::json DiffJson(const std::string& oldName, int oldLayout, const std::string& newName, int newLayout,
                         const std::vector<DiffChange>& changes, const ShowBytes& show);
 
