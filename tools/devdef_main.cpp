@@ -7,6 +7,7 @@
 
 #include "tools/commands/command.h"
 #include "tools/output/message_box_output.h"
+#include "tools/text/output_status.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"Reads, queries, checks and writes device definition files of layouts 1, 2 and 7.", "devdef"};
@@ -20,11 +21,14 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
-    return app.exit(e);
+    const int status = app.exit(e);
+    return CloseStandardOutput() ? status : kExitFileError;
   } catch (const CLI::CallForAllHelp& e) {
-    return app.exit(e);
+    const int status = app.exit(e);
+    return CloseStandardOutput() ? status : kExitFileError;
   } catch (const CLI::CallForVersion& e) {
-    return app.exit(e);
+    const int status = app.exit(e);
+    return CloseStandardOutput() ? status : kExitFileError;
   } catch (const CLI::ParseError& e) {
     // One line with the problem and where to read more, as git does.
     std::string where = "devdef";
@@ -37,7 +41,12 @@ int main(int argc, char** argv) {
 
   InstallToolMessageBox();
   for (const Command& command : commands) {
-    if (command.app->parsed()) return command.run();
+    if (!command.app->parsed()) continue;
+    const int status = command.run();
+    // The language server talks through its own descriptor and ends on its
+    // own terms; every other command fails when its output was lost.
+    if (command.app->get_name() == "lsp") return status;
+    return CloseStandardOutput() ? status : kExitFileError;
   }
   return kExitFileError;
 }

@@ -12,6 +12,7 @@
 #include "tools/output/findings_json.h"
 #include "tools/output/json_document.h"
 #include "tools/output/sarif_output.h"
+#include "tools/text/output_status.h"
 
 namespace {
 
@@ -58,7 +59,8 @@ int RunCheck(const CheckArguments& args) {
     PrintSarifLog(stdout, args.file, *analysis, all, findings);
   } else {
     PrintGccDiagnostics(stdout, args.file, *analysis, all, findings);
-    std::fflush(stdout);
+    // No summary of findings that did not reach their reader.
+    if (!OutputReached(stdout, "standard output")) return kExitFileError;
     if (!findings.empty() && !args.quiet) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
   }
   return ReachesSeverity(counts, failOn) ? kExitNotFound : kExitSuccess;

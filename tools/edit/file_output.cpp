@@ -10,6 +10,7 @@
 #include <fstream>
 #include <vector>
 
+#include "tools/text/output_status.h"
 
 namespace {
 
@@ -99,8 +100,8 @@ void ReportFailedWrite(DefOutput what) {
 
 namespace {
 
-// Copies the file at from to the open stream to; false with a message on
-// failure.
+// Copies the file at from to the open stream to, named toName in messages;
+// false with a message on failure.
 bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   std::FILE* in = std::fopen(from.c_str(), "rb");
   if (in == nullptr) {
@@ -109,12 +110,15 @@ bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   }
   char block[65536];
   size_t got = 0;
-  bool ok = true;
-  while (ok && (got = std::fread(block, 1, sizeof block, in)) > 0) ok = std::fwrite(block, 1, got, to) == got;
-  ok = ok && std::ferror(in) == 0 && std::fflush(to) == 0;
-  if (!ok) std::fprintf(stderr, "devdef: cannot write '%s': %s\n", toName.c_str(), std::strerror(errno));
+  bool written = true;
+  while (written && (got = std::fread(block, 1, sizeof block, in)) > 0) written = std::fwrite(block, 1, got, to) == got;
+  const bool read = std::ferror(in) == 0;
   std::fclose(in);
-  return ok;
+  if (!read) {
+    std::fprintf(stderr, "devdef: cannot read back '%s'\n", from.c_str());
+    return false;
+  }
+  return OutputReached(to, toName);
 }
 
 std::string TempDirectory() {
@@ -171,8 +175,11 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
     if (target == nullptr) {
       std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
     } else {
-      ok = CopyTo(temp, target, outPath);
-      ok = std::fclose(target) == 0 && ok;
+      ok = CopyTo(temp, target, "'" + outPath + "'");
+      if (std::fclose(target) != 0 && ok) {
+        std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
+        ok = false;
+      }
     }
   }
   std::remove(temp.c_str());
