@@ -41,6 +41,7 @@ TEST(CliOutput, EveryCommandFailsWhenStandardOutputIsFull) {
       "diff " + good + " " + damaged,
       "diff --json " + good + " " + damaged,
       "diff --stat " + good + " " + damaged,
+      "help",
       "tree --help",
       "--version",
   };

@@ -11,6 +11,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "tools/analysis/analysis.h"
 
@@ -34,8 +35,13 @@ struct CommonArguments {
 // args, which must outlive the parse. Gives the FILE option.
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson);
 
-// Adds --id to command: a definition id, signed or unsigned 32-bit.
-CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
+// Adds --id to command: a definition id, decimal, signed or unsigned
+// 32-bit (tools/commands/argument_values.h), kept in id.
+CLI::Option* AddIdOption(CLI::App* command, std::uint32_t& id);
+
+// A check of an option's value: one of allowed (ASCII case ignored when
+// ignoreCase), or a usage error that says which values there are.
+CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase = false);
 
 // Reads args.file ("-": standard input) with args.options and sets the
 // run's encoding (tools/text/text_encoding.h): --encoding, else the one the

@@ -19,7 +19,7 @@ namespace {
 
 struct FindArguments : CommonArguments {
   std::string name;
-  std::int64_t id = 0;
+  std::uint32_t id = 0;
   bool byId = false;
 };
 
@@ -75,7 +75,7 @@ Search FindByName(const Analysis& analysis, const NamePattern& pattern) {
 }
 
 void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Search& search, const json& candidates) {
-  const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
+  const std::string id = std::to_string(args.id);
   const std::string file = ShellWord(args.file);
   if (!search.named) {
     if (args.byId) {
@@ -97,7 +97,7 @@ int RunFind(const FindArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.name);
-  const Search search = args.byId ? FindById(*analysis, static_cast<std::uint32_t>(args.id))
+  const Search search = args.byId ? FindById(*analysis, args.id)
                                   : FindByName(*analysis, pattern);
   json document = DocumentFrame(*analysis);
   json matches = json::array();
