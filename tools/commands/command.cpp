@@ -4,6 +4,7 @@
 
 #include "tools/commands/argument_values.h"
 #include "tools/diagnostics/finding_text.h"
+#include "tools/text/control_escape.h"
 #include "tools/text/text_encoding.h"
 
 CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase) {
@@ -79,7 +80,7 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
       if (finding.says.form != MessageForm::kIdAlreadyUsed) continue;
       const TextPoint at = ShownPoint(*analysis, finding.span.begin, ColumnUnit::kUtf8Bytes);
       std::fprintf(stderr, "%s:%ld:%ld: warning: %s [duplicate-id]\n", analysis->Path().c_str(), at.line, at.column,
-                   ShownText(analysis->MessageOf(finding)).c_str());
+                   EscapeControls(ShownText(analysis->MessageOf(finding))).c_str());
     }
   }
   return analysis;

@@ -12,6 +12,7 @@
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_document.h"
 #include "tools/output/text_output.h"
+#include "tools/text/control_escape.h"
 
 using nlohmann::json;
 
@@ -86,10 +87,11 @@ void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Sea
   } else if (args.byId) {
     ReportHidden("id " + id + " is hidden", search.generations, "find", file + " --id " + id);
   } else if (!search.generations.empty()) {
-    ReportHidden("the definitions of '" + pattern.Argument() + "' are hidden", search.generations, "find",
-                 file + " " + ShellWord(pattern.Argument()));
+    ReportHidden("the definitions of '" + EscapeControls(pattern.Argument()) + "' are hidden", search.generations,
+                 "find", file + " " + ShellWord(pattern.Argument()));
   } else {
-    std::fprintf(stderr, "devdef: '%s' names no device with a definition\n", pattern.Argument().c_str());
+    std::fprintf(stderr, "devdef: '%s' names no device with a definition\n",
+                 EscapeControls(pattern.Argument()).c_str());
   }
 }
 
