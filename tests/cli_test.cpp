@@ -396,6 +396,26 @@ TEST(Cli, FileErrorsAndUsage) {
   EXPECT_EQ(ids.out.find("4001", ids.out.find("[duplicate-id]")), std::string::npos);
 }
 
+// The commands that show a catalogue say, after their output, that the file
+// has errors and how to see them; --quiet leaves that out, and a file
+// without errors gets no such line.
+TEST(Cli, ShownCatalogueOfDamagedFileSaysItsErrors) {
+  const std::string damaged = Example("damaged.def");
+  const std::string hint = "devdef: 7 errors in " + damaged + "; see 'devdef check " + damaged + "'\n";
+  for (const std::string command : {"tree ", "tree --json ", "list ", "show --all ", "find "}) {
+    const std::string pattern = command == "tree " || command == "tree --json " ? "" : " '*'";
+    EXPECT_EQ(Tool(command + damaged + pattern, "2>&1 >/dev/null").out, hint) << command;
+    const ToolRun quiet = Tool(command + "-q " + damaged + pattern, "2>&1 >/dev/null");
+    EXPECT_EQ(quiet.status, 0) << command;
+    EXPECT_EQ(quiet.out, "") << command;
+    EXPECT_EQ(Tool(command + Example("instruments.def") + pattern, "2>&1 >/dev/null").out, "") << command;
+  }
+  // A miss is said first; the status stays the miss's.
+  const ToolRun miss = Tool("show " + damaged + " nothing", "2>&1 >/dev/null");
+  EXPECT_EQ(miss.status, 1);
+  EXPECT_EQ(miss.out.substr(miss.out.find('\n') + 1), hint);
+}
+
 // A write is read back first: a rewrite that would lose something writes
 // nothing and lists each loss, unless --force; a faithful one is written.
 TEST(Cli, WritesKeepWhatTheyPromise) {

@@ -3,8 +3,10 @@
 #include <cstdio>
 
 #include "tools/commands/argument_values.h"
+#include "tools/commands/lookup_report.h"
 #include "tools/diagnostics/finding_text.h"
 #include "tools/text/control_escape.h"
+#include "tools/text/output_status.h"
 #include "tools/text/text_encoding.h"
 
 CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase) {
@@ -84,6 +86,20 @@ std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool repor
     }
   }
   return analysis;
+}
+
+void SayReadErrors(const CommonArguments& args, const Analysis& analysis) {
+  // Behind the output it is about; output that was lost is said instead.
+  if (args.quiet || !OutputReached(stdout, "standard output")) return;
+  size_t errors = 0;
+  for (const Finding& finding : analysis.FindingsOf().List()) errors += finding.severity == Severity::kError ? 1 : 0;
+  if (errors == 0) return;
+  // The command that lists them reads the file as this one did.
+  std::string check = "devdef check";
+  if (args.options.layout != 0) check += " --layout " + std::to_string(args.options.layout);
+  check += " " + ShellWord(args.file);
+  std::fprintf(stderr, "devdef: %zu error%s in %s; see '%s'\n", errors, errors == 1 ? "" : "s",
+               analysis.Path().c_str(), check.c_str());
 }
 
 void PrintJson(const nlohmann::json& document) {

@@ -51,6 +51,12 @@ CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase = 
 // is reported on standard error, as the reader's check finds it.
 std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates = true);
 
+// For a file whose read has errors (what check reports as errors), says on
+// standard error how many and how to see them, unless args.quiet:
+// "devdef: 3 errors in FILE; see 'devdef check FILE'". For the commands
+// that show the catalogue, which holds what the reader made of such a file.
+void SayReadErrors(const CommonArguments& args, const Analysis& analysis);
+
 // Prints document on standard output, indented; bytes that are not UTF-8
 // (such as those of a file name) are printed as U+FFFD.
 void PrintJson(const nlohmann::json& document);

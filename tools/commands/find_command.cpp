@@ -122,9 +122,9 @@ int RunFind(const FindArguments& args) {
       }
     }
   }
-  if (!search.found.empty()) return kExitSuccess;
-  ReportMiss(args, pattern, search, document["candidates"]);
-  return kExitNotFound;
+  if (search.found.empty()) ReportMiss(args, pattern, search, document["candidates"]);
+  SayReadErrors(args, *analysis);
+  return search.found.empty() ? kExitNotFound : kExitSuccess;
 }
 
 }  // namespace

@@ -103,11 +103,9 @@ int RunShow(const ShowArguments& args) {
       PrintDeviceText(stdout, DeviceJson(*analysis, shown.devices[i]));
     }
   }
-  if (shown.devices.empty()) {
-    ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
-    return kExitNotFound;
-  }
-  return kExitSuccess;
+  if (shown.devices.empty()) ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
+  SayReadErrors(args, *analysis);
+  return shown.devices.empty() ? kExitNotFound : kExitSuccess;
 }
 
 }  // namespace

@@ -52,6 +52,7 @@ int RunTree(const CommonArguments& args) {
     TreeText text;
     WalkTree(*analysis, text);
   }
+  SayReadErrors(args, *analysis);
   return kExitSuccess;
 }
 
