@@ -87,8 +87,6 @@ bool CountExportRows(const std::string& path, int* devices, int* adapters) {
   return !banner;
 }
 
-}  // namespace
-
 // Writes the catalogue (or its conversion) into the file at path through an
 // archive. The library's result, or -1 after a failure it reported.
 int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& path) {
@@ -104,15 +102,6 @@ int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string
     return -1;
   }
 }
-
-void ReportFailedWrite(DefOutput what) {
-  std::fprintf(stderr, "devdef: %s\n",
-               what == DefOutput::kConvert
-                   ? "the conversion stopped: a definition's text does not open with seven numbers"
-                   : "the catalogue could not be written");
-}
-
-namespace {
 
 // Copies the file at from to the open stream to, named toName in messages;
 // false with a message on failure.
@@ -173,10 +162,7 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
     return WriteOutcome::kFailed;
   }
   const int result = WriteThroughLibrary(ctrl, what, temp.Path());
-  if (result != 1) {
-    if (result == 0) ReportFailedWrite(what);
-    return WriteOutcome::kFailed;
-  }
+  if (result != 1) return result == 0 ? WriteOutcome::kStopped : WriteOutcome::kFailed;
   if (verify && !verify(temp.Path())) return WriteOutcome::kRefused;
   if (!special) {
     SetModeOf(temp.Path(), exists ? &info : nullptr);

@@ -17,6 +17,7 @@ enum class WriteOutcome {
   kWritten,  // the file is in place
   kRefused,  // verify refused the written bytes: nothing was written
   kFailed,   // a failure, reported on standard error: nothing was written
+  kStopped,  // the library's write or conversion gave 0, not yet reported: nothing was written
 };
 
 // Writes ctrl's catalogue (or its conversion) to outPath ("-": standard
