@@ -36,6 +36,7 @@ TEST(CliUsage, MistakesAreSaidInOneLineWithTheMostSimilarName) {
        "devdef: unknown option '--jsno'; see 'devdef tree --help'\n\nThe most similar option is\n\t--json\n"},
       {"list --id 3 " + kFile, "devdef: unknown option '--id'; see 'devdef list --help'\n"},
       {"tree " + kFile + " extra", "devdef: unexpected argument 'extra'; see 'devdef tree --help'\n"},
+      {"tree -- " + kFile + " extra", "devdef: unexpected argument 'extra'; see 'devdef tree --help'\n"},
       {"show " + kFile + " --id abc", "devdef: --id: 'abc' is not a number; see 'devdef show --help'\n"},
       {"find " + kFile + " --id 0x10", "devdef: --id: '0x10' is not a number; see 'devdef find --help'\n"},
       {"show " + kFile + " --id ''", "devdef: --id: '' is not a number; see 'devdef show --help'\n"},
@@ -83,7 +84,12 @@ TEST(CliUsage, HelpCommand) {
   const ToolRun help = RunTool("help");
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.out, RunTool("--help").out);
+  EXPECT_EQ(RunTool("help help").out, help.out);
   EXPECT_NE(help.out.find("'devdef help COMMAND'"), std::string::npos);
+  // "--" ends the options: a file may then begin with "-".
+  const ToolRun dashed = RunTool("list -- - < " + kFile);
+  EXPECT_EQ(dashed.status, 0);
+  EXPECT_NE(dashed.out.find("AT89C51"), std::string::npos);
   for (const char* command : {"tree", "check", "write", "diff", "lsp"}) {
     const ToolRun one = RunTool(std::string("help ") + command);
     EXPECT_EQ(one.status, 0) << command;

@@ -79,7 +79,9 @@ int RunCommandLine(CLI::App& app, const std::vector<Command>& commands, int argc
     return kExitFileError;
   }
   if (words[0] == "help") {
-    // "devdef help" and "devdef help COMMAND" are the --help of each.
+    // "devdef help" (and "devdef help help") and "devdef help COMMAND" are
+    // the --help of each.
+    if (words.size() > 1 && words[1] == "help") words.erase(words.begin() + 1);
     if (words.size() > 1 && CommandNamed(commands, words[1]) == nullptr) return NoSuchCommand(commands, words[1]);
     words = words.size() > 1 ? std::vector<std::string>{words[1], "--help"} : std::vector<std::string>{"--help"};
   } else if (words[0].size() > 1 && words[0][0] == '-') {
@@ -103,8 +105,10 @@ int RunCommandLine(CLI::App& app, const std::vector<Command>& commands, int argc
     app.parse(reversed);
     for (const Command& command : commands) {
       if (!command.app->parsed()) continue;
-      const std::vector<std::string> extra = command.app->remaining();
-      if (!extra.empty()) return UnexpectedWord(*command.app, extra.front());
+      // CLI11 keeps the "--" that ends the options among them.
+      for (const std::string& extra : command.app->remaining()) {
+        if (extra != "--") return UnexpectedWord(*command.app, extra);
+      }
       ran = &command;
       status = command.run();
     }
