@@ -126,8 +126,8 @@ Command AddWriting(CLI::App& app, const char* name, const char* description, Def
   command->add_option("-o,--output", args->output, "file to write; - writes standard output")->required();
   if (what == DefOutput::kWrite) {
     command->add_flag("--force", args->force,
-                      "write even when the written file would read back differently; the losses are listed as "
-                      "warnings");
+                      "write even when something would be lost (a difference in the read-back, a misreading "
+                      "kept); the losses are listed as warnings");
   }
   return Command{command, [args, what] { return RunWrite(*args, what); }};
 }
@@ -137,7 +137,8 @@ Command AddWriting(CLI::App& app, const char* name, const char* description, Def
 Command AddWriteCommand(CLI::App& app) {
   return AddWriting(app, "write",
                     "rewrite a file through the library's writer; the written file is read back first, and "
-                    "nothing is written when it would read back differently (exit status 1) unless --force",
+                    "nothing is written when it would read back differently or keep what the reader misread "
+                    "(exit status 1) unless --force",
                     DefOutput::kWrite);
 }
 
