@@ -31,9 +31,10 @@ void SetModeOf(const std::string& temp, const struct stat* replaced) {
     ::chmod(temp.c_str(), 0666 & ~mask);
     return;
   }
-  if (::chown(temp.c_str(), replaced->st_uid, replaced->st_gid) != 0) {
-    // Not the owner's: at least the group, where it is one of ours.
-    if (::chown(temp.c_str(), static_cast<uid_t>(-1), replaced->st_gid) != 0) errno = 0;
+  // Else at least the group, where it is one of ours; else the file keeps
+  // this process's owner and group.
+  if (::chown(temp.c_str(), replaced->st_uid, replaced->st_gid) != 0 &&
+      ::chown(temp.c_str(), static_cast<uid_t>(-1), replaced->st_gid) != 0) {
   }
   // After the owner, which clears the set-user-ID and set-group-ID bits.
   ::chmod(temp.c_str(), replaced->st_mode & 07777);
