@@ -58,13 +58,12 @@ TEST(CliOutput, ClosedStandardOutput) {
   const ToolRun tree = RunTool("tree " + Example("instruments.def"), "2>&1 >&-");
   EXPECT_EQ(tree.status, 2);
   EXPECT_EQ(tree.out, "devdef: cannot write standard output: Bad file descriptor\n");
-  char dir[] = "/tmp/devdef-output-XXXXXX";
-  ASSERT_NE(::mkdtemp(dir), nullptr);
-  const std::string out = std::string(dir) + "/out.def";
+  ScratchDir dir;
+  const std::string out = dir.Path() + "/out.def";
   const ToolRun write = RunTool("write --force -q " + Example("instruments.def") + " -o " + out, "2>&1 >&-");
   EXPECT_EQ(write.status, 0);
   EXPECT_EQ(write.out, "");
-  RunShell("rm -rf '" + std::string(dir) + "'");
+  EXPECT_EQ(dir.Listing(), "out.def\n");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // What devdef write does to the file it replaces: the file keeps its mode
 // and owner, a read-only file is refused and left as it is, and a signal
 // that ends the write leaves no temporary file behind.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
@@ -13,7 +12,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,36 +26,13 @@ const char kClean[] =
     "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST DIP8;\nADAPTER_LIST ADP;\nMODUL_LIST BASE;\nEPROM:\n:AMD\nAm27C256\n{\n"
     "KVR5DEF: 1 0 0 0 28 : text\n}\n";
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
-class Scratch {
- public:
-  Scratch() {
-    char name[] = "/tmp/devdef-write-XXXXXX";
-    m_path = ::mkdtemp(name) != nullptr ? name : "";
-  }
-  ~Scratch() { RunShell("rm -rf '" + m_path + "'"); }
-  const std::string& Path() const { return m_path; }
-  std::string Listing(const std::string& sub = "") const {
-    return RunShell("ls -A '" + m_path + sub + "'").out;
-  }
-
- private:
-  std::string m_path;
-};
-
 mode_t ModeOf(const std::string& path) {
   struct stat info;
   return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
 }
 
 TEST(CliWriteFile, ReplacedFileKeepsItsModeAndOwner) {
-  Scratch dir;
+  ScratchDir dir;
   const std::string path = dir.Path() + "/x.def";
   for (mode_t mode : {0640, 0604, 0600, 0664, 0660}) {
     std::ofstream(path, std::ios::binary) << kClean;
@@ -86,7 +61,7 @@ TEST(CliWriteFile, ReplacedFileKeepsItsModeAndOwner) {
 // Refused with one line, before anything is written: a read-only file, a
 // link to one, and the same for convert and export.
 TEST(CliWriteFile, ReadOnlyFileIsRefusedAndLeftAsItIs) {
-  Scratch dir;
+  ScratchDir dir;
   const std::string path = dir.Path() + "/x.def";
   std::ofstream(path, std::ios::binary) << kClean;
   ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
@@ -143,7 +118,7 @@ pid_t Start(const std::vector<std::string>& arguments, const std::string& tmpdir
 TEST(CliWriteFile, SignalRemovesTheTemporaryFile) {
   for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
     SCOPED_TRACE(signal);
-    Scratch dir;
+    ScratchDir dir;
     const std::string input = dir.Path() + "/in.def";
     std::ofstream(input, std::ios::binary) << kClean;
     const std::string pipe = dir.Path() + "/out.pipe";
