@@ -1,9 +1,12 @@
 #include "tests/tool_run.h"
 
+#include <stdlib.h>
 #include <sys/wait.h>
 
 #include <array>
 #include <cstdio>
+#include <fstream>
+#include <sstream>
 
 std::string ToolPath() { return DEVDEF_TOOL_PATH; }
 
@@ -24,3 +27,21 @@ ToolRun RunShell(const std::string& command) {
   run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   return run;
 }
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+ScratchDir::ScratchDir() {
+  char name[] = "/tmp/devdef-test-XXXXXX";
+  m_path = ::mkdtemp(name) != nullptr ? name : "";
+}
+
+ScratchDir::~ScratchDir() {
+  if (!m_path.empty()) RunShell("rm -rf '" + m_path + "'");
+}
+
+std::string ScratchDir::Listing(const std::string& sub) const { return RunShell("ls -A '" + m_path + sub + "'").out; }

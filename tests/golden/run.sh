@@ -14,6 +14,7 @@
 #   NAME.tree.json   devdef tree --json NAME.def OPTIONS           (when present)
 #   NAME.show.txt    devdef show NAME.def '*' --all OPTIONS        (when present)
 #   NAME.write.txt   devdef write NAME.def -o - OPTIONS            (when present)
+#   NAME.convert.txt devdef convert NAME.def -o - OPTIONS          (when present)
 # OPTIONS is the one line of EXPECTED_DIR/NAME.options, if there is one.
 # A case asks for an optional form by an empty expected file, which
 # ./dev.sh bless then fills.
@@ -84,10 +85,14 @@ if [ -f "$expected_dir/$name.write.txt" ]; then
   # shellcheck disable=SC2086
   run write.txt "$tool" write "$name.def" -o - $options
 fi
+if [ -f "$expected_dir/$name.convert.txt" ]; then
+  # shellcheck disable=SC2086
+  run convert.txt "$tool" convert "$name.def" -o - $options
+fi
 set +f
 
 failed=0
-for form in check.txt check.json tree.txt tree.json show.txt write.txt; do
+for form in check.txt check.json tree.txt tree.json show.txt write.txt convert.txt; do
   [ -f "$work/$form" ] || continue
   expected=$expected_dir/$name.$form
   if $bless; then

@@ -12,6 +12,7 @@
 #include "tools/output/findings_json.h"
 #include "tools/output/json_document.h"
 #include "tools/output/sarif_output.h"
+#include "tools/text/output_status.h"
 
 namespace {
 
@@ -58,7 +59,8 @@ int RunCheck(const CheckArguments& args) {
     PrintSarifLog(stdout, args.file, *analysis, all, findings);
   } else {
     PrintGccDiagnostics(stdout, args.file, *analysis, all, findings);
-    std::fflush(stdout);
+    // No summary of findings that did not reach their reader.
+    if (!OutputReached(stdout, "standard output")) return kExitFileError;
     if (!findings.empty() && !args.quiet) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
   }
   return ReachesSeverity(counts, failOn) ? kExitNotFound : kExitSuccess;
@@ -75,12 +77,12 @@ Command AddCheckCommand(CLI::App& app) {
   file->required(false);
   CLI::Option* format = command->add_option("--format", args->format, "output form: text (FILE:LINE:COL: lines), "
                                                                       "json or sarif (SARIF 2.1.0)")
-                            ->check(CLI::IsMember({"text", "json", "sarif"}))
+                            ->check(OneOf({"text", "json", "sarif"}))
                             ->capture_default_str();
   command->get_option("--json")->excludes(format);
   command->add_option("--fail-on", args->failOn, "exit status 1 when a finding of this severity or a higher one "
                                                  "is reported: error, warning or note")
-      ->check(CLI::IsMember({"error", "warning", "note"}))
+      ->check(OneOf({"error", "warning", "note"}))
       ->capture_default_str();
   command->add_option("--select", args->select, "report only these kinds (comma-separated; repeatable)")
       ->delimiter(',')

@@ -11,6 +11,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "tools/analysis/analysis.h"
 
@@ -34,8 +35,13 @@ struct CommonArguments {
 // args, which must outlive the parse. Gives the FILE option.
 CLI::Option* AddCommonOptions(CLI::App* command, CommonArguments& args, bool withJson);
 
-// Adds --id to command: a definition id, signed or unsigned 32-bit.
-CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
+// Adds --id to command: a definition id, decimal, signed or unsigned
+// 32-bit (tools/commands/argument_values.h), kept in id.
+CLI::Option* AddIdOption(CLI::App* command, std::uint32_t& id);
+
+// A check of an option's value: one of allowed (ASCII case ignored when
+// ignoreCase), or a usage error that says which values there are.
+CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase = false);
 
 // Reads args.file ("-": standard input) with args.options and sets the
 // run's encoding (tools/text/text_encoding.h): --encoding, else the one the
@@ -44,6 +50,12 @@ CLI::Option* AddIdOption(CLI::App* command, std::int64_t& id);
 // With --check-ids and reportDuplicates, each definition that repeats an id
 // is reported on standard error, as the reader's check finds it.
 std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates = true);
+
+// For a file whose read has errors (what check reports as errors), says on
+// standard error how many and how to see them, unless args.quiet:
+// "devdef: 3 errors in FILE; see 'devdef check FILE'". For the commands
+// that show the catalogue, which holds what the reader made of such a file.
+void SayReadErrors(const CommonArguments& args, const Analysis& analysis);
 
 // Prints document on standard output, indented; bytes that are not UTF-8
 // (such as those of a file name) are printed as U+FFFD.

@@ -16,6 +16,7 @@
 #include "tools/diff/same_meaning.h"
 #include "tools/diff/unified_diff.h"
 #include "tools/output/diff_json.h"
+#include "tools/text/control_escape.h"
 #include "tools/text/terminal_style.h"
 #include "tools/text/text_encoding.h"
 
@@ -74,9 +75,11 @@ bool PrintChanges(const DiffArguments& args, Analysis& oldFile, const std::strin
                               : TextEncoding::kWindows1252;
   if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
   SetShownEncoding(encoding);
-  const ShowBytes show = [](const std::string& bytes) { return ShownText(bytes); };
+  // JSON escapes control characters itself; text shows them escaped.
+  const ShowBytes json = [](const std::string& bytes) { return ShownText(bytes); };
+  const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };
   if (args.json) {
-    PrintJson(DiffJson(oldName, oldFile.Layout(), newName, newFile.Layout(), changes, show));
+    PrintJson(DiffJson(oldName, oldFile.Layout(), newName, newFile.Layout(), changes, json));
   } else if (args.stat) {
     PrintDiffStat(stdout, changes, show);
   } else if (!changes.empty()) {
@@ -166,14 +169,14 @@ Command AddDiffCommand(CLI::App& app) {
       ->required()
       ->expected(1, 9);
   command->add_option("--layout", args->options.layout, "read both as layout 1, 2 or 7 (default: each file's own)")
-      ->check(CLI::IsMember({1, 2, 7}));
+      ->check(OneOf({"1", "2", "7"}));
   command->add_option("--generation", args->options.generation, "the generation in force: 3, 4 or 5")
-      ->check(CLI::IsMember({3, 4, 5}))
+      ->check(OneOf({"3", "4", "5"}))
       ->capture_default_str();
   command->add_option("--encoding", args->encoding,
                       "how names and texts are shown: utf-8, cp1252 or latin1 (default: UTF-8 when both files are "
                       "UTF-8, else cp1252)")
-      ->check(CLI::IsMember({"utf-8", "cp1252", "latin1"}, CLI::ignore_case));
+      ->check(OneOf({"utf-8", "cp1252", "latin1"}, true));
   command->add_flag("--visible-only", args->visibleOnly, "compare only the definitions of the generation in force");
   command->add_flag("--stat", args->stat, "print counts of the changes instead of the changes");
   command->add_flag("--json", args->json, "print one JSON document");

@@ -1,6 +1,4 @@
 // devdef export: k4devicelist.txt of a layout 7 file.
-#include <unistd.h>
-
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -17,10 +15,10 @@ struct ExportArguments : CommonArguments {
 // The controller writes the list under its path prefix: a directory of its
 // own inside the target directory, until the list is complete.
 int RunExport(const ExportArguments& args) {
-  const std::string exportDir = MakeExportDirectory(args.dir);
-  if (exportDir.empty()) return kExitFileError;
+  TempPath exportDir;
+  if (!MakeExportDirectory(args.dir, &exportDir)) return kExitFileError;
   ExportArguments read = args;
-  read.options.pathPrefix = exportDir + "/";
+  read.options.pathPrefix = exportDir.Path() + "/";
   int status = kExitFileError;
   {
     std::unique_ptr<Analysis> analysis = ReadForCommand(read);
@@ -28,11 +26,10 @@ int RunExport(const ExportArguments& args) {
     if (analysis != nullptr && ctrl == nullptr) {
       std::fprintf(stderr, "devdef: export writes the device list of a layout 7 file; '%s' is of layout %d\n",
                    analysis->Path().c_str(), analysis->Layout());
-    } else if (ctrl != nullptr && ExportDeviceList(*analysis, *ctrl, exportDir, args.dir)) {
+    } else if (ctrl != nullptr && ExportDeviceList(*analysis, *ctrl, exportDir.Path(), args.dir)) {
       status = kExitSuccess;
     }
   }
-  ::rmdir(exportDir.c_str());
   return status;
 }
 

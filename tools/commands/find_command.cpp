@@ -12,6 +12,7 @@
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_document.h"
 #include "tools/output/text_output.h"
+#include "tools/text/control_escape.h"
 
 using nlohmann::json;
 
@@ -19,7 +20,7 @@ namespace {
 
 struct FindArguments : CommonArguments {
   std::string name;
-  std::int64_t id = 0;
+  std::uint32_t id = 0;
   bool byId = false;
 };
 
@@ -75,7 +76,7 @@ Search FindByName(const Analysis& analysis, const NamePattern& pattern) {
 }
 
 void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Search& search, const json& candidates) {
-  const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
+  const std::string id = std::to_string(args.id);
   const std::string file = ShellWord(args.file);
   if (!search.named) {
     if (args.byId) {
@@ -86,10 +87,11 @@ void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Sea
   } else if (args.byId) {
     ReportHidden("id " + id + " is hidden", search.generations, "find", file + " --id " + id);
   } else if (!search.generations.empty()) {
-    ReportHidden("the definitions of '" + pattern.Argument() + "' are hidden", search.generations, "find",
-                 file + " " + ShellWord(pattern.Argument()));
+    ReportHidden("the definitions of '" + EscapeControls(pattern.Argument()) + "' are hidden", search.generations,
+                 "find", file + " " + ShellWord(pattern.Argument()));
   } else {
-    std::fprintf(stderr, "devdef: '%s' names no device with a definition\n", pattern.Argument().c_str());
+    std::fprintf(stderr, "devdef: '%s' names no device with a definition\n",
+                 EscapeControls(pattern.Argument()).c_str());
   }
 }
 
@@ -97,7 +99,7 @@ int RunFind(const FindArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.name);
-  const Search search = args.byId ? FindById(*analysis, static_cast<std::uint32_t>(args.id))
+  const Search search = args.byId ? FindById(*analysis, args.id)
                                   : FindByName(*analysis, pattern);
   json document = DocumentFrame(*analysis);
   json matches = json::array();
@@ -120,9 +122,9 @@ int RunFind(const FindArguments& args) {
       }
     }
   }
-  if (!search.found.empty()) return kExitSuccess;
-  ReportMiss(args, pattern, search, document["candidates"]);
-  return kExitNotFound;
+  if (search.found.empty()) ReportMiss(args, pattern, search, document["candidates"]);
+  SayReadErrors(args, *analysis);
+  return search.found.empty() ? kExitNotFound : kExitSuccess;
 }
 
 }  // namespace

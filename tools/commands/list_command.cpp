@@ -31,9 +31,9 @@ int RunList(const ListArguments& args) {
   } else {
     for (std::uint32_t device : found.matches) PrintListLine(stdout, DeviceJson(*analysis, device));
   }
-  if (!found.matches.empty()) return kExitSuccess;
-  ReportNoDevice(pattern, document["candidates"]);
-  return kExitNotFound;
+  if (found.matches.empty()) ReportNoDevice(pattern, document["candidates"]);
+  SayReadErrors(args, *analysis);
+  return found.matches.empty() ? kExitNotFound : kExitSuccess;
 }
 
 }  // namespace

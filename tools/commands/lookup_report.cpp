@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "tools/output/text_output.h"
+#include "tools/text/control_escape.h"
 
 using nlohmann::json;
 
@@ -15,26 +16,26 @@ constexpr size_t kShownCandidates = 10;
 
 void ReportNoDevice(const NamePattern& pattern, const json& closest) {
   if (pattern.HasWildcards()) {
-    std::fprintf(stderr, "devdef: no device matches '%s'\n", pattern.Argument().c_str());
+    std::fprintf(stderr, "devdef: no device matches '%s'\n", EscapeControls(pattern.Argument()).c_str());
     return;
   }
   std::string names;
   std::vector<std::string> said;
   for (const json& device : closest) {
-    const std::string name = device["name"].get<std::string>();
+    const std::string name = EscapeControls(device["name"].get<std::string>());
     bool again = false;
     for (const std::string& before : said) again = again || before == name;
     if (again) continue;
     names += (said.empty() ? "" : ", ") + name;
     said.push_back(name);
   }
-  std::fprintf(stderr, "devdef: no device named '%s'%s%s\n", pattern.Argument().c_str(),
+  std::fprintf(stderr, "devdef: no device named '%s'%s%s\n", EscapeControls(pattern.Argument()).c_str(),
                names.empty() ? "" : "; closest: ", names.c_str());
 }
 
 void ReportSeveralDevices(const NamePattern& pattern, const json& devices, const std::string& hint) {
-  std::fprintf(stderr, "devdef: '%s' names %zu devices; %s:\n", pattern.Argument().c_str(), devices.size(),
-               hint.c_str());
+  std::fprintf(stderr, "devdef: '%s' names %zu devices; %s:\n", EscapeControls(pattern.Argument()).c_str(),
+               devices.size(), hint.c_str());
   for (size_t i = 0; i < devices.size() && i < kShownCandidates; ++i) {
     const json& line = devices[i]["line"];
     std::fprintf(stderr, "  %s%s\n", DevicePathText(devices[i]).c_str(),

@@ -14,9 +14,9 @@ Command AddLspCommand(CLI::App& app) {
       "serve an editor as a language server (LSP over standard input and output): check's findings as "
       "diagnostics, hover, go to definition, outline, references and folding");
   command->add_option("--layout", settings->layout, "read as layout 1, 2 or 7 (default: each file's version line)")
-      ->check(CLI::IsMember({1, 2, 7}));
+      ->check(OneOf({"1", "2", "7"}));
   command->add_option("--generation", settings->generation, "the generation in force: 3, 4 or 5")
-      ->check(CLI::IsMember({3, 4, 5}))
+      ->check(OneOf({"3", "4", "5"}))
       ->capture_default_str();
   command->add_flag("--check-ids", settings->checkIds, "check definition ids while reading");
   command->add_flag("--stdio", "talk over standard input and output, the only way there is (clients may pass it)");

@@ -18,7 +18,7 @@ namespace {
 
 struct ShowArguments : CommonArguments {
   std::string device;
-  std::int64_t id = 0;
+  std::uint32_t id = 0;
   bool byId = false;
   bool all = false;
 };
@@ -67,7 +67,7 @@ Shown ShowByName(const Analysis& analysis, const NamePattern& pattern, bool all)
 
 void ReportMiss(const ShowArguments& args, const Analysis& analysis, const NamePattern& pattern, const Shown& shown,
                 const json& candidates) {
-  const std::string id = std::to_string(static_cast<std::uint32_t>(args.id));
+  const std::string id = std::to_string(args.id);
   switch (shown.miss) {
     case Miss::kNoDevice:
       ReportNoDevice(pattern, candidates);
@@ -79,7 +79,7 @@ void ReportMiss(const ShowArguments& args, const Analysis& analysis, const NameP
       std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
       break;
     case Miss::kHiddenId:
-      ReportHidden("id " + id + " is hidden", HiddenGenerations(analysis, shown.candidates, false, static_cast<std::uint32_t>(args.id)),
+      ReportHidden("id " + id + " is hidden", HiddenGenerations(analysis, shown.candidates, false, args.id),
                    "show", ShellWord(args.file) + " --id " + id);
       break;
     case Miss::kNone:
@@ -91,7 +91,7 @@ int RunShow(const ShowArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.device);
-  const Shown shown = args.byId ? ShowById(*analysis, static_cast<std::uint32_t>(args.id))
+  const Shown shown = args.byId ? ShowById(*analysis, args.id)
                                 : ShowByName(*analysis, pattern, args.all);
   json document = DocumentFrame(*analysis);
   if (shown.devices.empty()) document["candidates"] = DevicesJson(*analysis, shown.candidates);
@@ -103,11 +103,9 @@ int RunShow(const ShowArguments& args) {
       PrintDeviceText(stdout, DeviceJson(*analysis, shown.devices[i]));
     }
   }
-  if (shown.devices.empty()) {
-    ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
-    return kExitNotFound;
-  }
-  return kExitSuccess;
+  if (shown.devices.empty()) ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
+  SayReadErrors(args, *analysis);
+  return shown.devices.empty() ? kExitNotFound : kExitSuccess;
 }
 
 }  // namespace

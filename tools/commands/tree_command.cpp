@@ -8,6 +8,7 @@
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_stream.h"
 #include "tools/output/text_output.h"
+#include "tools/text/control_escape.h"
 
 using nlohmann::json;
 
@@ -15,9 +16,9 @@ namespace {
 
 class TreeText : public TreeVisitor {
  public:
-  void Kind(json kind) override { std::printf("%s\n", kind["name"].get<std::string>().c_str()); }
+  void Kind(json kind) override { std::printf("%s\n", EscapeControls(kind["name"].get<std::string>()).c_str()); }
   void Manufacturer(json manufacturer) override {
-    std::printf("  %s\n", manufacturer["name"].get<std::string>().c_str());
+    std::printf("  %s\n", EscapeControls(manufacturer["name"].get<std::string>()).c_str());
   }
   void Device(const json& device) override { PrintTreeDeviceText(stdout, device); }
   void EndManufacturer() override {}
@@ -51,6 +52,7 @@ int RunTree(const CommonArguments& args) {
     TreeText text;
     WalkTree(*analysis, text);
   }
+  SayReadErrors(args, *analysis);
   return kExitSuccess;
 }
 

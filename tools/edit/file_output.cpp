@@ -8,8 +8,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <vector>
 
+#include "tools/edit/temp_path.h"
+#include "tools/text/output_status.h"
 
 namespace {
 
@@ -19,23 +20,39 @@ std::string DirectoryOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// Files are created with the usual permissions, not mkstemp's 0600.
-void SetDefaultMode(int fd) {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  ::fchmod(fd, 0666 & ~mask);
+// A file that replaces another takes its mode, and its owner and group as
+// far as this process may give them (root may, others keep their own
+// group when it is the file's); a new file gets the usual permissions,
+// not those of a temporary file.
+void SetModeOf(const std::string& temp, const struct stat* replaced) {
+  if (replaced == nullptr) {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::chmod(temp.c_str(), 0666 & ~mask);
+    return;
+  }
+  // Else at least the group, where it is one of ours; else the file keeps
+  // this process's owner and group.
+  if (::chown(temp.c_str(), replaced->st_uid, replaced->st_gid) != 0 &&
+      ::chown(temp.c_str(), static_cast<uid_t>(-1), replaced->st_gid) != 0) {
+  }
+  // After the owner, which clears the set-user-ID and set-group-ID bits.
+  ::chmod(temp.c_str(), replaced->st_mode & 07777);
 }
 
-// A temporary file beside path; empty on failure, with errno set.
-std::string MakeTempFile(const std::string& path) {
-  std::string pattern = DirectoryOf(path) + "/.devdef-tmp-XXXXXX";
-  std::vector<char> name(pattern.begin(), pattern.end());
-  name.push_back('\0');
-  const int fd = ::mkstemp(name.data());
-  if (fd < 0) return std::string();
-  SetDefaultMode(fd);
-  ::close(fd);
-  return name.data();
+// A file that may not be written is not replaced, as other tools leave
+// it: one the process may not write to, and one that no one may write to
+// (root may write to any, but a file made read-only is meant to stay).
+bool RefuseReadOnly(const std::string& path, const struct stat& info) {
+  if (::access(path.c_str(), W_OK) != 0) {
+    std::fprintf(stderr, "devdef: cannot write '%s': %s; nothing written\n", path.c_str(), std::strerror(errno));
+    return true;
+  }
+  if ((info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+    std::fprintf(stderr, "devdef: '%s' is read-only; nothing written\n", path.c_str());
+    return true;
+  }
+  return false;
 }
 
 void ReportException(CException* e) {
@@ -44,10 +61,9 @@ void ReportException(CException* e) {
   e->Delete();
 }
 
-bool CommitTemp(const std::string& temp, const std::string& target) {
-  if (::rename(temp.c_str(), target.c_str()) == 0) return true;
+bool CommitTemp(TempPath& temp, const std::string& target) {
+  if (temp.MoveTo(target)) return true;
   std::fprintf(stderr, "devdef: cannot create '%s': %s\n", target.c_str(), std::strerror(errno));
-  std::remove(temp.c_str());
   return false;
 }
 
@@ -72,8 +88,6 @@ bool CountExportRows(const std::string& path, int* devices, int* adapters) {
   return !banner;
 }
 
-}  // namespace
-
 // Writes the catalogue (or its conversion) into the file at path through an
 // archive. The library's result, or -1 after a failure it reported.
 int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& path) {
@@ -90,17 +104,8 @@ int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string
   }
 }
 
-void ReportFailedWrite(DefOutput what) {
-  std::fprintf(stderr, "devdef: %s\n",
-               what == DefOutput::kConvert
-                   ? "the conversion stopped: a definition's text does not open with seven numbers"
-                   : "the catalogue could not be written");
-}
-
-namespace {
-
-// Copies the file at from to the open stream to; false with a message on
-// failure.
+// Copies the file at from to the open stream to, named toName in messages;
+// false with a message on failure.
 bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   std::FILE* in = std::fopen(from.c_str(), "rb");
   if (in == nullptr) {
@@ -109,12 +114,15 @@ bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   }
   char block[65536];
   size_t got = 0;
-  bool ok = true;
-  while (ok && (got = std::fread(block, 1, sizeof block, in)) > 0) ok = std::fwrite(block, 1, got, to) == got;
-  ok = ok && std::ferror(in) == 0 && std::fflush(to) == 0;
-  if (!ok) std::fprintf(stderr, "devdef: cannot write '%s': %s\n", toName.c_str(), std::strerror(errno));
+  bool written = true;
+  while (written && (got = std::fread(block, 1, sizeof block, in)) > 0) written = std::fwrite(block, 1, got, to) == got;
+  const bool read = std::ferror(in) == 0;
   std::fclose(in);
-  return ok;
+  if (!read) {
+    std::fprintf(stderr, "devdef: cannot read back '%s'\n", from.c_str());
+    return false;
+  }
+  return OutputReached(to, toName);
 }
 
 std::string TempDirectory() {
@@ -141,58 +149,58 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
       std::free(real);
     }
   }
-  const bool special = toStdout || (::stat(outPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode));
+  const bool exists = !toStdout && ::stat(outPath.c_str(), &info) == 0;
+  const bool special = toStdout || (exists && !S_ISREG(info.st_mode));
   if (!toStdout && special && S_ISDIR(info.st_mode)) {
     std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
     return WriteOutcome::kFailed;
   }
-  const std::string temp = MakeTempFile(special ? TempDirectory() + "/out" : outPath);
-  if (temp.empty()) {
+  if (exists && !special && RefuseReadOnly(outPath, info)) return WriteOutcome::kFailed;
+  TempPath temp;
+  if (!temp.MakeFile(special ? TempDirectory() : DirectoryOf(outPath), ".devdef-tmp")) {
     std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n",
                  special ? TempDirectory().c_str() : outPath.c_str(), std::strerror(errno));
     return WriteOutcome::kFailed;
   }
-  const int result = WriteThroughLibrary(ctrl, what, temp);
-  if (result != 1) {
-    if (result == 0) ReportFailedWrite(what);
-    std::remove(temp.c_str());
-    return WriteOutcome::kFailed;
+  const int result = WriteThroughLibrary(ctrl, what, temp.Path());
+  if (result != 1) return result == 0 ? WriteOutcome::kStopped : WriteOutcome::kFailed;
+  if (verify && !verify(temp.Path())) return WriteOutcome::kRefused;
+  if (!special) {
+    SetModeOf(temp.Path(), exists ? &info : nullptr);
+    return CommitTemp(temp, outPath) ? WriteOutcome::kWritten : WriteOutcome::kFailed;
   }
-  if (verify && !verify(temp)) {
-    std::remove(temp.c_str());
-    return WriteOutcome::kRefused;
-  }
-  if (!special) return CommitTemp(temp, outPath) ? WriteOutcome::kWritten : WriteOutcome::kFailed;
   bool ok = false;
   if (toStdout) {
-    ok = CopyTo(temp, stdout, "standard output");
+    ok = CopyTo(temp.Path(), stdout, "standard output");
   } else {
     std::FILE* target = std::fopen(outPath.c_str(), "wb");
     if (target == nullptr) {
       std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
     } else {
-      ok = CopyTo(temp, target, outPath);
-      ok = std::fclose(target) == 0 && ok;
+      ok = CopyTo(temp.Path(), target, "'" + outPath + "'");
+      if (std::fclose(target) != 0 && ok) {
+        std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
+        ok = false;
+      }
     }
   }
-  std::remove(temp.c_str());
   return ok ? WriteOutcome::kWritten : WriteOutcome::kFailed;
 }
 
-std::string MakeExportDirectory(const std::string& dir) {
-  std::string pattern = dir + "/.devdef-export-XXXXXX";
-  std::vector<char> name(pattern.begin(), pattern.end());
-  name.push_back('\0');
-  if (::mkdtemp(name.data()) == nullptr) {
-    std::fprintf(stderr, "devdef: cannot write into '%s': %s\n", dir.c_str(), std::strerror(errno));
-    return std::string();
-  }
-  return name.data();
+bool MakeExportDirectory(const std::string& dir, TempPath* exportDir) {
+  if (exportDir->MakeDirectory(dir, ".devdef-export")) return true;
+  std::fprintf(stderr, "devdef: cannot write into '%s': %s\n", dir.c_str(), std::strerror(errno));
+  return false;
 }
 
 bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const std::string& exportDir,
                       const std::string& dir) {
-  const std::string tempFile = exportDir + "/k4devicelist.txt";
+  const std::string target = dir + "/k4devicelist.txt";
+  struct stat info;
+  const bool exists = ::stat(target.c_str(), &info) == 0;
+  if (exists && S_ISREG(info.st_mode) && RefuseReadOnly(target, info)) return false;
+  TempPath tempFile;
+  tempFile.Hold(exportDir + "/k4devicelist.txt");
   ctrl.WriteK4DeviceList();
   // The library swallows failures of the export, so the file is checked:
   // one row for each device and for each adapter of generation 4.
@@ -206,9 +214,12 @@ bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const s
       if (def.m_KvrType == 4) expectedAdapters += def.m_AdapterIds.GetSize();
     }
   }
-  bool ok = CountExportRows(tempFile, &devices, &adapters) && devices == expectedDevices && adapters == expectedAdapters;
-  if (!ok) std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
-  if (ok) ok = CommitTemp(tempFile, dir + "/k4devicelist.txt");
-  std::remove(tempFile.c_str());
-  return ok;
+  const bool complete = CountExportRows(tempFile.Path(), &devices, &adapters) && devices == expectedDevices &&
+                        adapters == expectedAdapters;
+  if (!complete) {
+    std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
+    return false;
+  }
+  SetModeOf(tempFile.Path(), exists && S_ISREG(info.st_mode) ? &info : nullptr);
+  return CommitTemp(tempFile, target);
 }

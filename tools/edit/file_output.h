@@ -9,6 +9,7 @@
 
 #include "devdef/devdef.h"
 #include "tools/analysis/analysis.h"
+#include "tools/edit/temp_path.h"
 
 enum class DefOutput { kWrite, kConvert };
 
@@ -16,24 +17,29 @@ enum class WriteOutcome {
   kWritten,  // the file is in place
   kRefused,  // verify refused the written bytes: nothing was written
   kFailed,   // a failure, reported on standard error: nothing was written
+  kStopped,  // the library's write or conversion gave 0, not yet reported: nothing was written
 };
 
 // Writes ctrl's catalogue (or its conversion) to outPath ("-": standard
 // output). The bytes go to a temporary file first; verify, when given, is
 // called with its path and may refuse it. Only then is the file renamed
-// into place (or, for standard output, a device or a pipe, copied there).
+// into place, with the mode, owner and group of the file it replaces (or,
+// for standard output, a device or a pipe, copied there). A file that may
+// not be written, or that is read-only, is refused before anything is
+// written.
 WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath,
                                  const std::function<bool(const std::string& writtenPath)>& verify);
 
-// A new directory inside dir for a controller's device list export (its
-// path prefix), so that nothing half-written ever stands in dir; empty, with
-// a message, on failure. The caller removes it.
-std::string MakeExportDirectory(const std::string& dir);
+// Makes a new directory inside dir, held by exportDir, for a controller's
+// device list export (its path prefix), so that nothing half-written ever
+// stands in dir; false, with a message, on failure.
+bool MakeExportDirectory(const std::string& dir, TempPath* exportDir);
 
 // Writes the device list of ctrl, the controller of analysis whose path
 // prefix is exportDir + "/", and moves it into dir as "k4devicelist.txt"
-// when every row is there. On failure a message is on standard error,
-// nothing is left behind, and the result is false.
+// when every row is there, with the mode of the file it replaces. A
+// read-only k4devicelist.txt is not replaced. On failure a message is on
+// standard error, nothing is left behind, and the result is false.
 bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const std::string& exportDir,
                       const std::string& dir);
 

@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "tools/edit/kept_misreadings.h"
+
 namespace {
 
 std::string Bytes(const CString& text) { return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength())); }
@@ -29,8 +31,16 @@ std::string Path(const CString& kind, const CString& manuf, const CString& devic
   return Bytes(kind) + '\0' + Bytes(manuf) + '\0' + Bytes(device);
 }
 
-// The first field in which two definitions differ, as "what: old -> new",
-// or empty when the written one reads back whole.
+// How a definition's text reads back.
+enum class TextBack { kSame, kOneMoreBlank, kOther };
+
+TextBack CompareText(const CString& was, const CString& is) {
+  if (Bytes(was) == Bytes(is)) return TextBack::kSame;
+  return " " + Bytes(was) == Bytes(is) ? TextBack::kOneMoreBlank : TextBack::kOther;
+}
+
+// The first field but the text in which two definitions differ, as "what:
+// old -> new", or empty when the written one reads back with them all.
 std::string DefinitionDifference(DEVICE_KVRXDEF_ITEM& was, DEVICE_KVRXDEF_ITEM& is) {
   if (was.m_DefID != is.m_DefID) return "id " + std::to_string(was.m_DefID) + " reads back as " + std::to_string(is.m_DefID);
   if (was.m_KvrType != is.m_KvrType) {
@@ -52,8 +62,6 @@ std::string DefinitionDifference(DEVICE_KVRXDEF_ITEM& was, DEVICE_KVRXDEF_ITEM& 
              std::to_string(is.m_DefValues[i]);
     }
   }
-  // The writer puts a blank in front of every text.
-  if (" " + Bytes(was.m_DefLine) != Bytes(is.m_DefLine)) return "its text does not read back whole";
   return std::string();
 }
 
@@ -62,19 +70,32 @@ class RoundTrip {
   RoundTrip(Analysis& input, Severity severity) : m_input(input), m_severity(severity) {
     for (const Finding& finding : input.FindingsOf().List()) {
       const FindingKind kind = finding.kind;
-      if (kind == FindingKind::kName || kind == FindingKind::kLayout7Writer || kind == FindingKind::kIgnoredKeyword) {
+      if (finding.says.form == MessageForm::kListInBraces) {
+        // A list's own reason, said for that list alone.
+        if (finding.says.a < 3) m_listReasons[finding.says.a] = input.MessageOf(finding);
+      } else if (kind == FindingKind::kName || kind == FindingKind::kLayout7Writer ||
+                 kind == FindingKind::kIgnoredKeyword) {
         m_reasons.emplace(input.Map().PointOf(finding.span.begin).line, input.MessageOf(finding));
       }
-      // What the writer of the layout does to every file: the reason for a
+      // What the writer of layout 2 does to every file: the reason for a
       // loss that has none of its own.
-      if (m_general.empty() &&
-          (kind == FindingKind::kLayout2Writer || finding.says.form == MessageForm::kListInBraces)) {
-        m_general = input.MessageOf(finding);
-      }
+      if (m_general.empty() && kind == FindingKind::kLayout2Writer) m_general = input.MessageOf(finding);
     }
   }
 
   Findings Compare(Analysis& back, const std::vector<std::string> (&lists)[3]) {
+    // The layout 7 writer puts HOUSING_LIST on one line, which the reader
+    // does not take, and its scan for the "{" passes over the lines behind
+    // it: where the written file first reads otherwise is the reason for a
+    // loss that has none of its own.
+    if (m_general.empty() && back.Layout() == 7) {
+      for (const Finding& finding : back.FindingsOf().List()) {
+        if (finding.severity != Severity::kError) continue;
+        m_general = "the written file reads differently from its line " +
+                    std::to_string(back.Map().PointOf(finding.span.begin).line) + " on: " + back.MessageOf(finding);
+        break;
+      }
+    }
     CompareLists(lists);
     IndexReadBack(back.Controller());
     for (const KindRecord& kind : m_input.Kinds()) {
@@ -94,6 +115,8 @@ class RoundTrip {
         }
       }
     }
+    ReportTextBlanks();
+    AddKeptMisreadings(m_input, m_severity, &m_losses);
     m_losses.Finish();
     return std::move(m_losses);
   }
@@ -113,15 +136,23 @@ class RoundTrip {
       const std::vector<ByteSpan>& places = m_input.ListEntries(list);
       const ByteSpan* place = same < places.size() ? &places[same] : places.empty() ? nullptr : &places.back();
       const std::string keyword = kKeywords[list];
+      std::string loss;
       if (is.GetSize() == 0) {
-        Loss(place, keyword + " does not read back: its " + std::to_string(was.size()) + " entries are lost");
+        loss = keyword + " does not read back: its " + std::to_string(was.size()) + " entries are lost";
       } else if (same == static_cast<size_t>(is.GetSize())) {
-        Loss(place, keyword + " reads back without its entries from '" + was[same] + "' on");
+        loss = keyword + " reads back without its entries from '" + was[same] + "' on";
       } else {
-        Loss(place, keyword + " reads back with " + std::to_string(is.GetSize()) + " entries where it has " +
-                        std::to_string(was.size()) + "; from entry " + std::to_string(same) +
-                        (same < was.size() ? " '" + was[same] + "'" : std::string()) +
-                        " on, its numbers name other entries");
+        loss = keyword + " reads back with " + std::to_string(is.GetSize()) + " entries where it has " +
+               std::to_string(was.size()) + "; from entry " + std::to_string(same) +
+               (same < was.size() ? " '" + was[same] + "'" : std::string()) + " on, its numbers name other entries";
+      }
+      // A list is lost for its own reason where it has one, never for
+      // another list's.
+      const std::string& own = m_listReasons[list];
+      if (!own.empty()) {
+        Loss(place, loss + " (" + own + ")", false);
+      } else {
+        Loss(place, loss);
       }
     }
   }
@@ -169,8 +200,25 @@ class RoundTrip {
         Loss(at, what + " does not read back");
         continue;
       }
-      const std::string difference = DefinitionDifference(def, back.m_DefArray[i]);
-      if (!difference.empty()) Loss(at, what + ": " + difference);
+      DEVICE_KVRXDEF_ITEM& backDef = back.m_DefArray[i];
+      const std::string difference = DefinitionDifference(def, backDef);
+      if (!difference.empty()) {
+        Loss(at, what + ": " + difference);
+        continue;
+      }
+      switch (CompareText(def.m_DefLine, backDef.m_DefLine)) {
+        case TextBack::kSame:
+          break;
+        case TextBack::kOneMoreBlank:
+          if (m_blankCount++ == 0) {
+            m_firstBlank = at;
+            m_firstBlankWhat = what;
+          }
+          break;
+        case TextBack::kOther:
+          Loss(at, what + ": its text " + Quoted(def.m_DefLine) + " reads back as " + Quoted(backDef.m_DefLine));
+          break;
+      }
     }
     if (back.m_DefArray.GetSize() > count) {
       Loss(name, "the device " + Quoted(device.m_DeviceName) + " reads back with " +
@@ -178,10 +226,25 @@ class RoundTrip {
     }
   }
 
-  void Loss(const ByteSpan* place, std::string message) {
+  // The texts that read back with one more blank in front, said once at
+  // the first of them: every definition that reads back has it.
+  void ReportTextBlanks() {
+    if (m_blankCount == 0) return;
+    const std::string which = m_blankCount == 1 ? "the text of " + m_firstBlankWhat + " reads"
+                                                : "the texts of " + std::to_string(m_blankCount) +
+                                                      " definitions, from " + m_firstBlankWhat + " on, read";
+    Loss(m_firstBlank,
+         which + " back with one more blank in front: the reader keeps the blank behind the \":\" as the text's "
+                 "first byte, and the writer puts another in front of it, so each rewrite adds one",
+         false);
+  }
+
+  // A loss at place, with the reason the input's findings give for its
+  // line (or the layout's) when withReason.
+  void Loss(const ByteSpan* place, std::string message, bool withReason = true) {
     ByteSpan span;
-    if (place != nullptr) {
-      span = *place;
+    if (place != nullptr) span = *place;
+    if (place != nullptr && withReason) {
       auto reason = m_reasons.find(m_input.Map().PointOf(place->begin).line);
       if (reason != m_reasons.end()) {
         message += " (" + reason->second + ")";
@@ -195,7 +258,11 @@ class RoundTrip {
   Analysis& m_input;
   Severity m_severity;
   std::unordered_multimap<long, std::string> m_reasons;
+  std::string m_listReasons[3];
   std::string m_general;
+  std::uint32_t m_blankCount = 0;
+  const ByteSpan* m_firstBlank = nullptr;
+  std::string m_firstBlankWhat;
   std::unordered_set<std::string> m_kinds;
   std::unordered_set<std::string> m_manufacturers;
   std::unordered_map<std::string, std::deque<DEVICE_ITEM*>> m_devices;

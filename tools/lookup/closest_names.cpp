@@ -18,9 +18,9 @@ void Fold(std::string_view text, std::vector<char32_t>* out) {
 
 }  // namespace
 
-ClosestNames::ClosestNames(std::string_view argument, size_t count) : m_count(count) {
+ClosestNames::ClosestNames(std::string_view argument, size_t count, size_t maxEdits) : m_count(count) {
   Fold(argument, &m_argument);
-  m_limit = std::min<size_t>(8, std::max<size_t>(1, m_argument.size() / 3));
+  m_limit = maxEdits > 0 ? maxEdits : std::min<size_t>(8, std::max<size_t>(1, m_argument.size() / 3));
 }
 
 void ClosestNames::Offer(std::string_view name, size_t id) {

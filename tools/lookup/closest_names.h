@@ -13,9 +13,9 @@
 class ClosestNames {
  public:
   // Keeps up to count names for argument (UTF-8). A name is close when it
-  // starts with the argument or is at most a third of the argument's length
-  // in edits away (at least 1, at most 8).
-  ClosestNames(std::string_view argument, size_t count);
+  // starts with the argument or is at most maxEdits edits away; by default
+  // (0) a third of the argument's length (at least 1, at most 8).
+  ClosestNames(std::string_view argument, size_t count, size_t maxEdits = 0);
 
   // Offers a name (UTF-8) under an id of the caller's. Costs a bounded
   // number of steps per character of the argument, so offering every name

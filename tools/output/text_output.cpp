@@ -2,14 +2,19 @@
 
 #include <string>
 
+#include "tools/text/control_escape.h"
+
 using nlohmann::json;
 
 namespace {
 
+// A name or text of the file, its control characters escaped.
+std::string Shown(const json& text) { return EscapeControls(text.get<std::string>()); }
+
 // "3 (DIP8)", or "3" when the list has no name for the number.
 std::string Named(const json& item) {
   std::string text = std::to_string(item["number"].get<unsigned>());
-  if (!item["name"].is_null()) text += " (" + item["name"].get<std::string>() + ")";
+  if (!item["name"].is_null()) text += " (" + Shown(item["name"]) + ")";
   return text;
 }
 
@@ -27,7 +32,7 @@ std::string Values(const json& values) {
 
 std::string Marks(const json& marks) {
   std::string text;
-  for (const json& mark : marks) text += (text.empty() ? "" : " ") + mark.get<std::string>();
+  for (const json& mark : marks) text += (text.empty() ? "" : " ") + Shown(mark);
   return text;
 }
 
@@ -51,18 +56,18 @@ void PrintDefinitionLine(std::FILE* out, const char* indent, const json& def, bo
 }  // namespace
 
 void PrintTreeDeviceText(std::FILE* out, const json& device) {
-  std::fprintf(out, "    %s  (%d visible of %zu definitions)\n", device["name"].get<std::string>().c_str(),
+  std::fprintf(out, "    %s  (%d visible of %zu definitions)\n", Shown(device["name"]).c_str(),
                device["visible_definitions"].get<int>(), device["definitions"].size());
   for (const json& def : device["definitions"]) {
     if (def["hidden"].get<bool>()) continue;
     PrintDefinitionLine(out, "      ", def, false);
-    std::fprintf(out, "        text:%s\n", def["text"].get<std::string>().c_str());
+    std::fprintf(out, "        text:%s\n", Shown(def["text"]).c_str());
   }
 }
 
 std::string DevicePathText(const json& device) {
-  return device["kind"]["name"].get<std::string>() + " / " + device["manufacturer"]["name"].get<std::string>() +
-         " / " + device["name"].get<std::string>();
+  return Shown(device["kind"]["name"]) + " / " + Shown(device["manufacturer"]["name"]) +
+         " / " + Shown(device["name"]);
 }
 
 void PrintListLine(std::FILE* out, const json& device) {
@@ -70,9 +75,9 @@ void PrintListLine(std::FILE* out, const json& device) {
 }
 
 void PrintDeviceText(std::FILE* out, const json& device) {
-  std::fprintf(out, "device: %s%s\n", device["name"].get<std::string>().c_str(), LineInParens(device["line"]).c_str());
-  std::fprintf(out, "kind: %s\n", device["kind"]["name"].get<std::string>().c_str());
-  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"]["name"].get<std::string>().c_str());
+  std::fprintf(out, "device: %s%s\n", Shown(device["name"]).c_str(), LineInParens(device["line"]).c_str());
+  std::fprintf(out, "kind: %s\n", Shown(device["kind"]["name"]).c_str());
+  std::fprintf(out, "manufacturer: %s\n", Shown(device["manufacturer"]["name"]).c_str());
   if (!device["marks"].empty()) std::fprintf(out, "marks: %s\n", Marks(device["marks"]).c_str());
   std::fprintf(out, "housings: %s\n", NamedList(device["housings"]).c_str());
   std::fprintf(out, "definitions: %zu, %d visible\n", device["definitions"].size(),
@@ -80,25 +85,25 @@ void PrintDeviceText(std::FILE* out, const json& device) {
   for (const json& def : device["definitions"]) {
     PrintDefinitionLine(out, "  ", def, true);
     if (!def["package_name"].is_null()) {
-      std::fprintf(out, "    package name: %s\n", def["package_name"].get<std::string>().c_str());
+      std::fprintf(out, "    package name: %s\n", Shown(def["package_name"]).c_str());
     }
     std::fprintf(out, "    values: %s\n", Values(def["values"]).c_str());
     if (!def["marks"].empty()) std::fprintf(out, "    marks: %s\n", Marks(def["marks"]).c_str());
-    std::fprintf(out, "    text:%s\n", def["text"].get<std::string>().c_str());
+    std::fprintf(out, "    text:%s\n", Shown(def["text"]).c_str());
   }
 }
 
 void PrintFoundText(std::FILE* out, const json& device, const json& def) {
-  std::fprintf(out, "kind: %s\n", device["kind"]["name"].get<std::string>().c_str());
-  std::fprintf(out, "manufacturer: %s\n", device["manufacturer"]["name"].get<std::string>().c_str());
-  std::fprintf(out, "device: %s%s\n", device["name"].get<std::string>().c_str(), LineInParens(device["line"]).c_str());
+  std::fprintf(out, "kind: %s\n", Shown(device["kind"]["name"]).c_str());
+  std::fprintf(out, "manufacturer: %s\n", Shown(device["manufacturer"]["name"]).c_str());
+  std::fprintf(out, "device: %s%s\n", Shown(device["name"]).c_str(), LineInParens(device["line"]).c_str());
   std::fprintf(out, "visible index: %d\n", def["visible_index"].get<int>());
   std::fprintf(out, "id: %u%s\n", def["id"].get<unsigned>(), LineInParens(def["line"]).c_str());
   std::fprintf(out, "generation: %u\n", def["generation"].get<unsigned>());
-  std::fprintf(out, "package: %s\n", def["package_name"].is_null() ? "" : def["package_name"].get<std::string>().c_str());
+  std::fprintf(out, "package: %s\n", def["package_name"].is_null() ? "" : Shown(def["package_name"]).c_str());
   std::fprintf(out, "package numbers: %s\n", NamedList(def["packages"]).c_str());
   std::fprintf(out, "module: %s\n", Named(def["module"]).c_str());
   std::fprintf(out, "adapters: %s\n", NamedList(def["adapters"]).c_str());
   std::fprintf(out, "values: %s\n", Values(def["values"]).c_str());
-  std::fprintf(out, "text:%s\n", def["text"].get<std::string>().c_str());
+  std::fprintf(out, "text:%s\n", Shown(def["text"]).c_str());
 }

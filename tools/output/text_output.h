@@ -1,5 +1,6 @@
 // The tool's text output, rendered from the JSON objects of the catalogue
-// (tools/output/catalogue_json.h).
+// (tools/output/catalogue_json.h). Names and texts show their control
+// characters escaped (tools/text/control_escape.h).
 #ifndef DEVDEF_TOOLS_OUTPUT_TEXT_OUTPUT_H_
 #define DEVDEF_TOOLS_OUTPUT_TEXT_OUTPUT_H_
 

@@ -1,0 +1,144 @@
+// What devdef write does to the file it replaces: the file keeps its mode
+// and owner, a read-only file is refused and left as it is, and a signal
+// that ends the write leaves no temporary file behind.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/tool_run.h"
+
+extern char** environ;
+
+namespace {
+
+const char kClean[] =
+    "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST DIP8;\nADAPTER_LIST ADP;\nMODUL_LIST BASE;\nEPROM:\n:AMD\nAm27C256\n{\n"
+    "KVR5DEF: 1 0 0 0 28 : text\n}\n";
+
+mode_t ModeOf(const std::string& path) {
+  struct stat info;
+  return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+TEST(CliWriteFile, ReplacedFileKeepsItsModeAndOwner) {
+  ScratchDir dir;
+  const std::string path = dir.Path() + "/x.def";
+  for (mode_t mode : {0640, 0604, 0600, 0664, 0660}) {
+    std::ofstream(path, std::ios::binary) << kClean;
+    ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+    EXPECT_EQ(RunTool("write --force -q " + path + " -o " + path).status, 0) << std::oct << mode;
+    EXPECT_EQ(ModeOf(path), mode) << std::oct << mode;
+    EXPECT_NE(ReadFile(path).find("\r\n"), std::string::npos);  // rewritten
+  }
+  // Root gives the file back to its owner; others keep what they may.
+  struct stat before;
+  ASSERT_EQ(::stat(path.c_str(), &before), 0);
+  if (::geteuid() == 0 && ::chown(path.c_str(), 65534, 65534) == 0) {
+    EXPECT_EQ(RunTool("write --force -q " + path + " -o " + path).status, 0);
+    struct stat after;
+    ASSERT_EQ(::stat(path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, 65534u);
+    EXPECT_EQ(after.st_gid, 65534u);
+  }
+  // A new file gets the usual permissions, not a temporary file's.
+  const std::string fresh = dir.Path() + "/new.def";
+  EXPECT_EQ(RunShell("umask 027 && " + ToolPath() + " write --force -q " + path + " -o " + fresh).status, 0);
+  EXPECT_EQ(ModeOf(fresh), 0640u);
+  EXPECT_EQ(dir.Listing(), "new.def\nx.def\n");
+}
+
+// Refused with one line, before anything is written: a read-only file, a
+// link to one, and the same for convert and export.
+TEST(CliWriteFile, ReadOnlyFileIsRefusedAndLeftAsItIs) {
+  ScratchDir dir;
+  const std::string path = dir.Path() + "/x.def";
+  std::ofstream(path, std::ios::binary) << kClean;
+  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+  ASSERT_EQ(::symlink(path.c_str(), (dir.Path() + "/link.def").c_str()), 0);
+  const std::string v2 = std::string(DEVDEF_EXAMPLES_DIR) + "/programmers_v2.def";
+  const struct {
+    std::string arguments;
+    std::string target;
+  } cases[] = {
+      {"write " + path + " -o " + path, path},
+      {"write --force " + path + " -o " + path, path},
+      {"write --force " + path + " -o " + dir.Path() + "/link.def", path},
+      {"convert " + v2 + " -o " + path, path},
+  };
+  for (const auto& c : cases) {
+    const ToolRun run = RunTool(c.arguments, "2>&1");
+    EXPECT_EQ(run.status, 2) << c.arguments;
+    EXPECT_EQ(run.out, "devdef: '" + c.target + "' is read-only; nothing written\n") << c.arguments;
+    EXPECT_EQ(ReadFile(path), kClean);
+    EXPECT_EQ(ModeOf(path), 0444u);
+  }
+  const std::string list = dir.Path() + "/k4devicelist.txt";
+  std::ofstream(list) << "kept";
+  ASSERT_EQ(::chmod(list.c_str(), 0444), 0);
+  const ToolRun run = RunTool("export " + std::string(DEVDEF_EXAMPLES_DIR) + "/adapters_v7.def --dir " + dir.Path(),
+                              "2>&1");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "devdef: '" + list + "' is read-only; nothing written\n");
+  EXPECT_EQ(ReadFile(list), "kept");
+  EXPECT_EQ(dir.Listing(), "k4devicelist.txt\nlink.def\nx.def\n");
+}
+
+// Starts the tool with the arguments and TMPDIR; its process id, or -1.
+pid_t Start(const std::vector<std::string>& arguments, const std::string& tmpdir) {
+  std::vector<std::string> words = {ToolPath()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(&word[0]);
+  argv.push_back(nullptr);
+  std::vector<std::string> environment = {"TMPDIR=" + tmpdir};
+  for (char** e = environ; *e != nullptr; ++e) {
+    if (std::string(*e).compare(0, 7, "TMPDIR=") != 0) environment.push_back(*e);
+  }
+  std::vector<char*> envp;
+  for (std::string& entry : environment) envp.push_back(&entry[0]);
+  envp.push_back(nullptr);
+  pid_t pid = -1;
+  return ::posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), envp.data()) == 0 ? pid : -1;
+}
+
+// A write into a pipe that no one reads waits, with its checked bytes in a
+// temporary file, until a signal ends it: the signal ends it as it would
+// any program, and the temporary file goes with it.
+TEST(CliWriteFile, SignalRemovesTheTemporaryFile) {
+  for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    SCOPED_TRACE(signal);
+    ScratchDir dir;
+    const std::string input = dir.Path() + "/in.def";
+    std::ofstream(input, std::ios::binary) << kClean;
+    const std::string pipe = dir.Path() + "/out.pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    ASSERT_EQ(::mkdir((dir.Path() + "/tmp").c_str(), 0700), 0);
+    const pid_t pid = Start({"write", "--force", "-q", input, "-o", pipe}, dir.Path() + "/tmp");
+    ASSERT_GT(pid, 0);
+    bool made = false;
+    for (int i = 0; i < 1000 && !made; ++i) {
+      made = dir.Listing("/tmp").find(".devdef-tmp-") != std::string::npos;
+      if (!made) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(made);
+    ASSERT_EQ(::kill(pid, signal), 0);
+    int status = 0;
+    ASSERT_EQ(::waitpid(pid, &status, 0), pid);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), signal);
+    EXPECT_EQ(dir.Listing("/tmp"), "");
+  }
+}
+
+}  // namespace
