@@ -16,17 +16,6 @@
 
 namespace {
 
-std::vector<std::string_view> Lines(std::string_view text) {
-  std::vector<std::string_view> lines;
-  for (size_t at = 0; at < text.size();) {
-    const size_t end = text.find('\n', at);
-    const size_t next = end == std::string_view::npos ? text.size() : end + 1;
-    lines.push_back(text.substr(at, next - at));
-    at = next;
-  }
-  return lines;
-}
-
 size_t Number(std::string_view text, size_t* at) {
   size_t value = 0;
   DEVDEF_FUZZ_CHECK(*at < text.size() && text[*at] >= '0' && text[*at] <= '9');
@@ -52,8 +41,8 @@ void Range(std::string_view text, size_t* at, size_t* start, size_t* count) {
 // old with the unified diff applied; every line the diff says old holds
 // must be old's.
 std::string Apply(std::string_view old, std::string_view diff) {
-  const std::vector<std::string_view> lines = Lines(old);
-  const std::vector<std::string_view> patch = Lines(diff);
+  const std::vector<std::string_view> lines = LinesOf(old);
+  const std::vector<std::string_view> patch = LinesOf(diff);
   DEVDEF_FUZZ_CHECK(patch.size() >= 3 && patch[0].substr(0, 4) == "--- " && patch[1].substr(0, 4) == "+++ ");
   std::string out;
   size_t next = 0;

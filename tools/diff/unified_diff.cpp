@@ -6,10 +6,6 @@
 
 #include "tools/diff/line_diff.h"
 
-namespace {
-
-constexpr size_t kContext = 3;
-
 std::vector<std::string_view> LinesOf(std::string_view text) {
   std::vector<std::string_view> lines;
   for (size_t at = 0; at < text.size();) {
@@ -20,6 +16,10 @@ std::vector<std::string_view> LinesOf(std::string_view text) {
   }
   return lines;
 }
+
+namespace {
+
+constexpr size_t kContext = 3;
 
 // One step of the edit script: a line of both texts, of the old one only
 // ('-') or of the new one only ('+'), with the number of lines of each text

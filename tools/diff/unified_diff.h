@@ -5,6 +5,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+// The lines of text, each with its LF (and any CR in front of it); a last
+// line without an LF is the rest of the text.
+std::vector<std::string_view> LinesOf(std::string_view text);
 
 // The unified diff of two texts under the names given for them: a "---"
 // and a "+++" line, then hunks of changed lines with up to three equal
