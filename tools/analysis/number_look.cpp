@@ -49,9 +49,6 @@ bool ListField(int layout, int field) {
 bool SixteenBitField(int field) { return field == kDevdefFieldPackage || field == kDevdefFieldAdapter; }
 
 NumberMisread LookOfNumber(std::string_view bytes, const FieldRecord& field) {
-  // Most numbers are a few digits that the reader took whole: digits alone
-  // (the reader took the word and it opens with one), too few to pass the
-  // field's width.
   // Most numbers are digits that the reader took whole (the word opens with
   // a digit of the field's radix and the reader took all of it, so it is
   // digits alone, or 0x and digits), too few to pass the field's width.
