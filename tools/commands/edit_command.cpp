@@ -29,6 +29,7 @@ struct EditArguments : CommonArguments {
   std::string output;
   bool inPlace = false;
   bool dryRun = false;
+  bool noColor = false;
   std::string script;
   std::string at, replaceWith, from, step;
 };
@@ -179,7 +180,7 @@ int RunEdit(EditArguments& args) {
     std::fputs(UnifiedDiff(oldBytes, result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);
     if (!result.changes.empty()) {
       std::fputs("\n", stdout);
-      PrintDiffText(stdout, result.changes, StylesWanted(stdout, false), show);
+      PrintDiffText(stdout, result.changes, StylesWanted(stdout, args.noColor), show);
     }
   }
   if (args.dryRun) return kExitSuccess;
@@ -207,6 +208,7 @@ Command AddEditCommand(CLI::App& app) {
   command->add_flag("-i,--in-place", args->inPlace, "rewrite FILE (through a temporary file, keeping its mode)");
   command->add_flag("--dry-run", args->dryRun,
                     "write nothing: print the diff of the bytes and what devdef diff says of the change");
+  command->add_flag("--no-color", args->noColor, "--dry-run: no colour, also on a terminal (NO_COLOR in the environment too)");
   command->add_option("--script", args->script,
                       "apply the operations of this file (one a line, '#' comments; - reads standard input), all "
                       "or nothing");
