@@ -215,7 +215,7 @@ TEST(EditEngine, EditsThatChangeHowAnotherLineReadsAreRefusedWithTheirReason) {
       // A device name ending in ":" makes the line a kind.
       {"instruments.def", "rename AT89C51 AT89C51:", "would read"},
       // A ";" in a block starts a comment: the text would be cut.
-      {"instruments.def", "set 2021 text=a;b", "the text of definition 2021"},
+      {"instruments.def", "set 2021 text=a;b", "the text ends at the \";\""},
       {"instruments.def", "set 2021 id=2020", "id 2020"},
       {"instruments.def", "set 2021 package=99", "package 99 has no name"},
       {"instruments.def", "set 2021 value~5=1", "holds no value 5"},

@@ -91,12 +91,14 @@ EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& oper
         return result;
       };
       if (!next->Usable()) return refuse("the edited file would not be read: " + next->Error(), ByteSpan{});
-      Mismatch mismatch;
-      if (!expected.Matches(*next, &mismatch)) return refuse(mismatch.reason, mismatch.place);
+      // A finding says why a line reads otherwise; the comparison says what
+      // differs where no finding does.
       if (const Finding* finding = NewFinding(*base, *next, step.replacements)) {
         return refuse("the edited file would read otherwise than it looks: " + next->MessageOf(*finding),
                       finding->span);
       }
+      Mismatch mismatch;
+      if (!expected.Matches(*next, &mismatch)) return refuse(mismatch.reason, mismatch.place);
       total = ComposeReplacements(total, originalSize, step.replacements);
     }
     current = std::move(next);
