@@ -109,8 +109,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         break;
       case EditOperation::Kind::kAddEntry:
       case EditOperation::Kind::kRemoveEntry:
-        DEVDEF_FUZZ_CHECK(change.what == DiffChange::What::kListEntry ||
-                          (op.kind == EditOperation::Kind::kRemoveEntry && change.what == DiffChange::What::kDefinition));
+        // A definition changes only where a number of no entry moved with
+        // the entries (it stays without one), or took the replacement.
+        if (change.what != DiffChange::What::kListEntry) {
+          DEVDEF_FUZZ_CHECK(change.what == DiffChange::What::kDefinition ||
+                            (change.what == DiffChange::What::kDevice && change.change == DiffChange::Change::kChanged));
+          for (const auto& field : change.fields) {
+            DEVDEF_FUZZ_CHECK(op.kind == EditOperation::Kind::kRemoveEntry ||
+                              field.second.first.Literal().find('#') != std::string::npos);
+          }
+        }
         break;
       case EditOperation::Kind::kRemoveDefinition:
       case EditOperation::Kind::kAddDefinition:

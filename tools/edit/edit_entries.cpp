@@ -113,7 +113,6 @@ bool PlanAddEntry(EditStep& step, const EditOperation& op) {
     step.Insert(entries[k - 1].end, separator + bytes);
   }
   NumberMap map;
-  map.size = static_cast<DWORD>(size);
   map.insertedAt = at;
   Renumber(step, list, map);
   step.expect.lists[list].insert(step.expect.lists[list].begin() + at, bytes);
@@ -142,7 +141,6 @@ bool PlanRemoveEntry(EditStep& step, const EditOperation& op) {
   const std::vector<ByteSpan>& entries = step.a.ListEntries(list);
   const size_t i = static_cast<size_t>(index);
   NumberMap map;
-  map.size = static_cast<DWORD>(entries.size());
   map.removedAt = index;
   if (!op.replaceWith.empty()) {
     long with = 0;

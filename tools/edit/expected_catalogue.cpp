@@ -40,7 +40,6 @@ bool Differs(const std::string& field, const std::string& what, const std::strin
 }  // namespace
 
 DWORD NumberMap::Map(DWORD number) const {
-  if (number >= size) return number;
   if (insertedAt >= 0 && number >= static_cast<DWORD>(insertedAt)) return number + 1;
   if (removedAt >= 0) {
     const DWORD at = static_cast<DWORD>(removedAt);

@@ -63,10 +63,8 @@ struct DevicePlace {
 
 // How a number of the old file's list reads after an entry is inserted
 // (at, +1 from there on) or removed (at, -1 behind it, and the number at
-// itself becomes replacement). A number of no entry (from size on) names
-// nothing before and after, and stays as it is.
+// itself becomes replacement).
 struct NumberMap {
-  DWORD size = 0;
   long insertedAt = -1;
   long removedAt = -1;
   DWORD replacement = 0;
