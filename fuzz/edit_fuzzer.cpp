@@ -11,6 +11,7 @@
 #include "fuzz/fuzz_support.h"
 #include "tools/edit/byte_splice.h"
 #include "tools/edit/edit_engine.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 
@@ -82,6 +83,8 @@ EditOperation Operation(const Analysis& analysis, unsigned a, unsigned b) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 5) return 0;
   DevdefFuzzDir();  // message boxes answered silently
+  // Names are written as given (UTF-8), whatever the file's bytes are.
+  SetShownEncoding(TextEncoding::kUtf8);
   const std::string bytes(reinterpret_cast<const char*>(data), size - 4);
   const uint8_t* choice = data + size - 4;
   std::unique_ptr<Analysis> analysis = Analysis::ReadText("fuzz.def", bytes, AnalysisOptions());
