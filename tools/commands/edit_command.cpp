@@ -168,7 +168,7 @@ int RunEdit(EditArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const std::string oldBytes(analysis->Bytes());
-  const EditResult result = ApplyEdits(*analysis, operations);
+  const EditResult result = ApplyEdits(*analysis, operations, args.dryRun || args.json);
   if (result.status != EditResult::Status::kApplied) return ReportFailure(args, *analysis, result);
 
   const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };

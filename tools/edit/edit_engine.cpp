@@ -57,7 +57,7 @@ const Finding* NewFinding(const Analysis& before, const Analysis& edited, const 
 
 }  // namespace
 
-EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations) {
+EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations, bool describe) {
   EditResult result;
   AnalysisOptions options;
   options.layout = analysis.Layout();
@@ -107,6 +107,6 @@ EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& oper
   result.status = EditResult::Status::kApplied;
   result.bytes = std::string(base->Bytes());
   result.replacements = std::move(total);
-  result.changes = DiffCatalogues(analysis, *base, DiffOptions());
+  if (describe) result.changes = DiffCatalogues(analysis, *base, DiffOptions());
   return result;
 }

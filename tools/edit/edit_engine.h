@@ -107,7 +107,9 @@ struct EditResult {
 // Applies operations to the file of analysis, all or nothing, in the order
 // given (each on the result of the ones before), and verifies the result.
 // The analysis is left as it was; the process-wide name lists may hold
-// those of the edited file afterwards.
-EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations);
+// those of the edited file afterwards. With describe false, changes is
+// left empty: the comparison of the two catalogues that devdef diff makes
+// is spared where no one shows it.
+EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations, bool describe = true);
 
 #endif  // DEVDEF_TOOLS_EDIT_EDIT_ENGINE_H_

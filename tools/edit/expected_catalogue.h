@@ -108,6 +108,8 @@ class ExpectedCatalogue {
 
  private:
   bool MatchLists(Analysis& edited, Mismatch* mismatch);
+  // Whether def holds what old held, its numbers mapped.
+  bool SameAsOld(const DEVICE_KVRXDEF_ITEM& def, const DEVICE_KVRXDEF_ITEM& old) const;
   bool MatchDevice(Analysis& edited, ExpectedDevice& expected, std::uint32_t record, Mismatch* mismatch);
   bool MatchDefinition(Analysis& edited, const ExpectedDefinition& expected, std::uint32_t record,
                        const std::string& device, Mismatch* mismatch);
