@@ -65,8 +65,8 @@ EditOperation Operation(const Analysis& analysis, unsigned a, unsigned b) {
       break;
     case 8:
       op.kind = EditOperation::Kind::kRemoveEntry;
-      op.entry = analysis.ListNames(static_cast<int>(b % 3)).empty() ? "X"
-                                                                       : analysis.ListNames(static_cast<int>(b % 3))[0];
+      op.entry =
+          analysis.ListNames(static_cast<int>(b % 3)).empty() ? "X" : analysis.ListNames(static_cast<int>(b % 3))[0];
       op.replaceWith = b & 8 ? std::string() : "DIP8";
       break;
     default:
@@ -109,15 +109,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const DiffChange& change : result.changes) {
     switch (op.kind) {
       case EditOperation::Kind::kSet:
-        DEVDEF_FUZZ_CHECK(change.what == DiffChange::What::kDefinition && change.change == DiffChange::Change::kChanged);
+        DEVDEF_FUZZ_CHECK(change.what == DiffChange::What::kDefinition &&
+                          change.change == DiffChange::Change::kChanged);
         break;
       case EditOperation::Kind::kAddEntry:
       case EditOperation::Kind::kRemoveEntry:
         // A definition changes only where a number of no entry moved with
         // the entries (it stays without one), or took the replacement.
         if (change.what != DiffChange::What::kListEntry) {
-          DEVDEF_FUZZ_CHECK(change.what == DiffChange::What::kDefinition ||
-                            (change.what == DiffChange::What::kDevice && change.change == DiffChange::Change::kChanged));
+          DEVDEF_FUZZ_CHECK(
+              change.what == DiffChange::What::kDefinition ||
+              (change.what == DiffChange::What::kDevice && change.change == DiffChange::Change::kChanged));
           for (const auto& field : change.fields) {
             DEVDEF_FUZZ_CHECK(op.kind == EditOperation::Kind::kRemoveEntry ||
                               field.second.first.Literal().find('#') != std::string::npos);

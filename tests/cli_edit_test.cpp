@@ -59,7 +59,8 @@ TEST(CliEdit, NothingIsWrittenWhenAnEditIsRefusedOrANameUnknown) {
     std::string says;
   };
   const Case cases[] = {
-      {"edit -i " + file + " set 2021 'text=a;b'", 1, file + ":58:25: error: the edited file would read otherwise than it looks: the text ends at the \";\""},
+      {"edit -i " + file + " set 2021 'text=a;b'", 1,
+       file + ":58:25: error: the edited file would read otherwise than it looks: the text ends at the \";\""},
       {"edit -i " + file + " remove-entry module FAST", 1, file + ":17:17: note: here"},
       {"edit -i " + file + " remove 'AT89*'", 2, "  Microcontroller / Atmel / AT89S8252 (line 21)"},
       {"edit -i " + file + " set 2021 modul=BASE", 2, "no field 'modul'"},

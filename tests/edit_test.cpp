@@ -66,8 +66,8 @@ std::vector<std::string> Summary(const std::vector<DiffChange>& changes) {
   std::vector<std::string> out;
   for (const DiffChange& c : changes) {
     if (c.what == DiffChange::What::kListEntry && c.change == DiffChange::Change::kMoved) continue;
-    std::string s = std::string(ChangeName(c.change)) + " " + WhatName(c.what) + " " +
-                    (c.hasId ? std::to_string(c.id) : c.name);
+    std::string s =
+        std::string(ChangeName(c.change)) + " " + WhatName(c.what) + " " + (c.hasId ? std::to_string(c.id) : c.name);
     if (c.change == DiffChange::Change::kChanged) {
       for (const auto& field : c.fields) s += " " + field.first;
     }
@@ -90,29 +90,46 @@ TEST(EditEngine, EachOperationTouchesOnlyWhatItNamesAndReadsBackAsAsked) {
       {"instruments.def", "set AT89C51#1 generation=5", {16}, {"changed definition 1001 generation"}},
       {"instruments.def", "set 2021 id=2022", {58}, {"added definition 2022", "removed definition 2021"}},
       {"instruments.def", "rename AT89C51 AT89C52", {14}, {"renamed device AT89C52"}},
-      {"instruments.def", "rename Empty~Slot Spare~Slot", {61}, {"added device Spare Slot", "removed device Empty Slot"}},
-      {"instruments.def", "rename-manufacturer EPROM ST STMicro", {53},
+      {"instruments.def",
+       "rename Empty~Slot Spare~Slot",
+       {61},
+       {"added device Spare Slot", "removed device Empty Slot"}},
+      {"instruments.def",
+       "rename-manufacturer EPROM ST STMicro",
+       {53},
        {"added manufacturer STMicro", "removed manufacturer ST", "moved device M27C512", "moved device Empty Slot"}},
       {"instruments.def", "remove-definition 2021", {58}, {"removed definition 2021"}},
       {"instruments.def", "add-device EPROM ST M27C801", {65}, {"added device M27C801"}},
       {"instruments.def", "add-definition Empty_Slot module=HV", {63}, {"added definition 3103"}},
       {"instruments.def", "move Am27C010 EPROM ST", {46, 65}, {"moved device Am27C010"}},
-      {"instruments.def", "remove Am27C010", {46},
+      {"instruments.def",
+       "remove Am27C010",
+       {46},
        {"removed device Am27C010", "removed definition 2010", "removed definition 2011"}},
-      {"instruments.def", "renumber-ids M27C512 --from 7000", {57, 58},
+      {"instruments.def",
+       "renumber-ids M27C512 --from 7000",
+       {57, 58},
        {"added definition 7000", "added definition 7001", "removed definition 2020", "removed definition 2021"}},
-      {"instruments.def", "rename-entry module ISP ICSP", {8},
+      {"instruments.def",
+       "rename-entry module ISP ICSP",
+       {8},
        {"added list-entry ICSP", "removed list-entry ISP", "changed definition 1010 module",
         "changed definition 1011 module"}},
-      {"adapters_v7.def", "set 3002 packages=DIP8,QFP64 value~10=11", {23}, {"changed definition 3002 packages value 10"}},
+      {"adapters_v7.def",
+       "set 3002 packages=DIP8,QFP64 value~10=11",
+       {23},
+       {"changed definition 3002 packages value 10"}},
       {"adapters_v7.def", "rename AT89S8252 AT89S8253", {27}, {"renamed device AT89S8253"}},
       {"adapters_v7.def", "add-definition AT89S8252 id=3012", {31}, {"added definition 3012"}},
       // A housing at the front: every definition and housing line, and the
       // list, get new numbers; by meaning one entry is added.
-      {"adapters_v7.def", "add-entry housing SOIC8 --at 0", {4, 21, 22, 23, 29, 30, 37, 38, 47, 48, 49},
+      {"adapters_v7.def",
+       "add-entry housing SOIC8 --at 0",
+       {4, 21, 22, 23, 29, 30, 37, 38, 47, 48, 49},
        {"added list-entry SOIC8"}},
       {"adapters_v7.def", "remove-entry adapter ADP_U_QFP64/CLAMP", {10}, {"removed list-entry ADP_U_QFP64/CLAMP"}},
-      {"adapters_v7.def", "remove-entry adapter ADP_U_PLCC32/ZIF --replace-with ADP_U_TSOP48/CLAMP",
+      {"adapters_v7.def",
+       "remove-entry adapter ADP_U_PLCC32/ZIF --replace-with ADP_U_TSOP48/CLAMP",
        {8, 22, 23, 29, 30, 37, 38, 48, 49},
        {"removed list-entry ADP_U_PLCC32/ZIF", "changed definition 3001 adapters", "changed definition 3002 adapters",
         "changed definition 3100 adapters", "changed definition 3101 adapters"}},
@@ -260,9 +277,8 @@ TEST(EditEngine, NamesThatNameNothingOrSeveralThingsGiveCandidates) {
 
 TEST(EditEngine, ABatchIsAllOrNothingAndItsReplacementsAreThoseOfTheFirstFile) {
   const std::string file = Example("adapters_v7.def");
-  const EditResult batch =
-      Edit(file, {"add-entry housing SOIC8 --at 0", "rename AT89C51 AT89C52", "set 3201 module=JTAG",
-                  "remove-entry housing DIP28 --replace-with SOIC8"});
+  const EditResult batch = Edit(file, {"add-entry housing SOIC8 --at 0", "rename AT89C51 AT89C52",
+                                       "set 3201 module=JTAG", "remove-entry housing DIP28 --replace-with SOIC8"});
   ASSERT_EQ(batch.status, EditResult::Status::kApplied) << batch.reason;
   EXPECT_EQ(ApplyReplacements(file, batch.replacements), batch.bytes);
   // The same operations one after another give the same bytes.
@@ -287,7 +303,8 @@ TEST(ByteSplice, ComposedReplacementsEqualTheReplacementsMadeInTurn) {
       const std::uint32_t begin = at + random() % 4;
       if (begin > size) break;
       const std::uint32_t end = std::min(size, begin + static_cast<std::uint32_t>(random() % 3));
-      out.push_back(ByteReplacement{ByteSpan{begin, end}, std::string(random() % 3, static_cast<char>('a' + random() % 26))});
+      out.push_back(
+          ByteReplacement{ByteSpan{begin, end}, std::string(random() % 3, static_cast<char>('a' + random() % 26))});
       at = end + 1;
     }
     return out;

@@ -141,8 +141,9 @@ int RunEdit(EditArguments& args) {
     return kExitFileError;
   }
   if (args.json && !args.dryRun && !args.inPlace && args.output.empty()) {
-    std::fprintf(stderr, "devdef: --json takes standard output, which would carry the edited file: give -o, -i or "
-                         "--dry-run; see 'devdef edit --help'\n");
+    std::fprintf(stderr,
+                 "devdef: --json takes standard output, which would carry the edited file: give -o, -i or "
+                 "--dry-run; see 'devdef edit --help'\n");
     return kExitFileError;
   }
   std::vector<EditOperation> operations;
@@ -208,7 +209,8 @@ Command AddEditCommand(CLI::App& app) {
   command->add_flag("-i,--in-place", args->inPlace, "rewrite FILE (through a temporary file, keeping its mode)");
   command->add_flag("--dry-run", args->dryRun,
                     "write nothing: print the diff of the bytes and what devdef diff says of the change");
-  command->add_flag("--no-color", args->noColor, "--dry-run: no colour, also on a terminal (NO_COLOR in the environment too)");
+  command->add_flag("--no-color", args->noColor,
+                    "--dry-run: no colour, also on a terminal (NO_COLOR in the environment too)");
   command->add_option("--script", args->script,
                       "apply the operations of this file (one a line, '#' comments; - reads standard input), all "
                       "or nothing");

@@ -140,8 +140,7 @@ bool WriteChanges(EditStep& step, const LinePieces& pieces, const DefinitionChan
       out->push_back(ByteReplacement{f.taken, FormatLike(text(f.taken), value, f.hex)});
       return true;
     }
-    return step.Refuse(std::string("a layout ") + std::to_string(step.a.Layout()) + " definition line holds no " +
-                           name,
+    return step.Refuse(std::string("a layout ") + std::to_string(step.a.Layout()) + " definition line holds no " + name,
                        pieces.line);
   };
   auto list = [&](int kind, const std::vector<WORD>& numbers) {

@@ -36,7 +36,8 @@ std::string DevicePath(Analysis& a, std::uint32_t device) {
 
 bool FindDevice(EditStep& step, const std::string& name, std::uint32_t record, std::uint32_t* device) {
   if (record != kNoRecord) {
-    if (record >= step.a.Devices().size()) return step.Unknown("there is no device record " + std::to_string(record), {});
+    if (record >= step.a.Devices().size())
+      return step.Unknown("there is no device record " + std::to_string(record), {});
     *device = record;
     return true;
   }
@@ -59,7 +60,8 @@ bool FindDevice(EditStep& step, const std::string& name, std::uint32_t record, s
 bool FindDefinition(EditStep& step, const std::string& name, std::uint32_t record, std::uint32_t* definition) {
   Analysis& a = step.a;
   if (record != kNoRecord) {
-    if (record >= a.Definitions().size()) return step.Unknown("there is no definition record " + std::to_string(record), {});
+    if (record >= a.Definitions().size())
+      return step.Unknown("there is no definition record " + std::to_string(record), {});
     *definition = record;
     return true;
   }
@@ -180,10 +182,11 @@ bool FindEntry(EditStep& step, int list, const std::string& name, long* index) {
   const std::string keyword = kListKeywords[list];
   if (found.empty()) return step.Unknown(keyword + " has no entry '" + name + "'", Closest(name, shown));
   std::vector<std::string> candidates;
-  for (const long f : found) candidates.push_back(shown[static_cast<size_t>(f)] + " (number " + std::to_string(f) + ")");
-  return step.Unknown(keyword + " has " + std::to_string(found.size()) + " entries named '" + name +
-                          "'; give the number instead",
-                      candidates);
+  for (const long f : found)
+    candidates.push_back(shown[static_cast<size_t>(f)] + " (number " + std::to_string(f) + ")");
+  return step.Unknown(
+      keyword + " has " + std::to_string(found.size()) + " entries named '" + name + "'; give the number instead",
+      candidates);
 }
 
 bool ResolveNumber(EditStep& step, int list, const std::string& value, DWORD* number) {

@@ -116,9 +116,10 @@ bool PlanAddDefinition(EditStep& step, const EditOperation& op) {
     ApplyChanges(changes, BytesOf(template_.m_DefLine), &fields, &id);
     changes.newId = id;
   }
-  const std::uint32_t at = d.definitionCount > 0
-                               ? step.lines.NextLineStart(a.Definitions()[d.firstDefinition + d.definitionCount - 1].line.end)
-                               : step.lines.NextLineStart(d.block.begin);
+  const std::uint32_t at =
+      d.definitionCount > 0
+          ? step.lines.NextLineStart(a.Definitions()[d.firstDefinition + d.definitionCount - 1].line.end)
+          : step.lines.NextLineStart(d.block.begin);
   step.Insert(at, LineAt(step, at, line));
   ExpectedDevice& expected = step.expect.DeviceAt(step.expect.PlaceOf(device));
   ExpectedDefinition added;
@@ -165,8 +166,8 @@ bool PlanRenumberIds(EditStep& step, const EditOperation& op) {
     first = firstDevice.firstDefinition;
     count = lastDevice.firstDefinition + lastDevice.definitionCount - first;
   }
-  const unsigned long long last = static_cast<unsigned long long>(op.from) +
-                                  static_cast<unsigned long long>(op.step) * (count > 0 ? count - 1 : 0);
+  const unsigned long long last =
+      static_cast<unsigned long long>(op.from) + static_cast<unsigned long long>(op.step) * (count > 0 ? count - 1 : 0);
   if (last > 0xFFFFFFFFull) return step.Refuse("the new ids would pass 4294967295", ByteSpan{});
   std::unordered_map<DWORD, std::uint32_t> others;
   for (std::uint32_t i = 0; i < a.Definitions().size(); ++i) {
@@ -177,9 +178,9 @@ bool PlanRenumberIds(EditStep& step, const EditOperation& op) {
     const DWORD id = static_cast<DWORD>(op.from + op.step * static_cast<long>(i));
     const auto clash = others.find(id);
     if (clash != others.end()) {
-      return step.Refuse("the new id " + std::to_string(id) + " is already the id of a definition outside the ids " +
-                             "renumbered",
-                         a.Definitions()[definition].line, {a.Definitions()[clash->second].line});
+      return step.Refuse(
+          "the new id " + std::to_string(id) + " is already the id of a definition outside the ids " + "renumbered",
+          a.Definitions()[definition].line, {a.Definitions()[clash->second].line});
     }
     for (const FieldRecord& f : a.Fields(definition)) {
       if (f.field != kDevdefFieldId) continue;

@@ -84,8 +84,8 @@ bool PlaceUnder(EditStep& step, const std::string& kindName, const std::string& 
   const std::string end = step.lines.LineEndBefore(*at);
   // An empty line in front where the neighbours have one, unless the line
   // in front of the new ones is empty already.
-  const bool emptyBefore = *at > 0 && *at == step.lines.LineStart(*at) &&
-                           step.lines.IsEmptyLine(step.lines.PreviousLineStart(*at));
+  const bool emptyBefore =
+      *at > 0 && *at == step.lines.LineStart(*at) && step.lines.IsEmptyLine(step.lines.PreviousLineStart(*at));
   const std::string gap = Spaced(step, lastLine) ? end : std::string();
   if (*at == step.lines.Size() && !step.lines.EndsWithLineEnd()) *head += end;
   if (!emptyBefore) *head += gap;
@@ -154,7 +154,8 @@ bool PlanRenameKind(EditStep& step, const EditOperation& op) {
 bool PlanRenameManufacturer(EditStep& step, const EditOperation& op) {
   std::uint32_t kind = 0, manufacturer = 0;
   std::string bytes;
-  if (!FindKind(step, op.kindName, false, &kind) || !FindManufacturer(step, kind, op.manufacturer, false, &manufacturer) ||
+  if (!FindKind(step, op.kindName, false, &kind) ||
+      !FindManufacturer(step, kind, op.manufacturer, false, &manufacturer) ||
       !NameBytes(step, "manufacturer", op.newName, &bytes)) {
     return false;
   }

@@ -17,19 +17,32 @@ namespace {
 
 bool Plan(EditStep& step, const EditOperation& op) {
   switch (op.kind) {
-    case EditOperation::Kind::kSet: return PlanSet(step, op);
-    case EditOperation::Kind::kRename: return PlanRename(step, op);
-    case EditOperation::Kind::kRenameKind: return PlanRenameKind(step, op);
-    case EditOperation::Kind::kRenameManufacturer: return PlanRenameManufacturer(step, op);
-    case EditOperation::Kind::kMove: return PlanMove(step, op);
-    case EditOperation::Kind::kAddDevice: return PlanAddDevice(step, op);
-    case EditOperation::Kind::kAddDefinition: return PlanAddDefinition(step, op);
-    case EditOperation::Kind::kRemove: return PlanRemove(step, op);
-    case EditOperation::Kind::kRemoveDefinition: return PlanRemoveDefinition(step, op);
-    case EditOperation::Kind::kAddEntry: return PlanAddEntry(step, op);
-    case EditOperation::Kind::kRenameEntry: return PlanRenameEntry(step, op);
-    case EditOperation::Kind::kRemoveEntry: return PlanRemoveEntry(step, op);
-    case EditOperation::Kind::kRenumberIds: return PlanRenumberIds(step, op);
+    case EditOperation::Kind::kSet:
+      return PlanSet(step, op);
+    case EditOperation::Kind::kRename:
+      return PlanRename(step, op);
+    case EditOperation::Kind::kRenameKind:
+      return PlanRenameKind(step, op);
+    case EditOperation::Kind::kRenameManufacturer:
+      return PlanRenameManufacturer(step, op);
+    case EditOperation::Kind::kMove:
+      return PlanMove(step, op);
+    case EditOperation::Kind::kAddDevice:
+      return PlanAddDevice(step, op);
+    case EditOperation::Kind::kAddDefinition:
+      return PlanAddDefinition(step, op);
+    case EditOperation::Kind::kRemove:
+      return PlanRemove(step, op);
+    case EditOperation::Kind::kRemoveDefinition:
+      return PlanRemoveDefinition(step, op);
+    case EditOperation::Kind::kAddEntry:
+      return PlanAddEntry(step, op);
+    case EditOperation::Kind::kRenameEntry:
+      return PlanRenameEntry(step, op);
+    case EditOperation::Kind::kRemoveEntry:
+      return PlanRemoveEntry(step, op);
+    case EditOperation::Kind::kRenumberIds:
+      return PlanRenumberIds(step, op);
   }
   return false;
 }

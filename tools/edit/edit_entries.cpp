@@ -90,7 +90,8 @@ bool PlanAddEntry(EditStep& step, const EditOperation& op) {
   if (!ListAndEntries(step, op, &list)) return false;
   const std::vector<ByteSpan>& entries = step.a.ListEntries(list);
   std::string bytes, problem;
-  if (!FileBytesOf(op.entry, false, &bytes, &problem)) return step.Refuse("the entry '" + op.entry + "': " + problem, {});
+  if (!FileBytesOf(op.entry, false, &bytes, &problem))
+    return step.Refuse("the entry '" + op.entry + "': " + problem, {});
   if (bytes.empty()) return step.Refuse("an entry needs a name", {});
   if (entries.empty()) {
     return step.Refuse(std::string(kKeywords[list]) + " has no entry for the new one to take its form from",

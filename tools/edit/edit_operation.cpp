@@ -113,7 +113,9 @@ bool ParseEditOperation(const std::vector<std::string>& words, EditOperation* op
       return false;
     }
   }
-  const size_t fixed = op.kind == EditOperation::Kind::kSet ? 1 : op.kind == EditOperation::Kind::kAddDefinition ? 1 : rest.size();
+  const size_t fixed = op.kind == EditOperation::Kind::kSet             ? 1
+                       : op.kind == EditOperation::Kind::kAddDefinition ? 1
+                                                                        : rest.size();
   if (rest.size() < form->least || (fixed == rest.size() && rest.size() > form->most)) {
     *error = std::string(form->name) + " takes " + form->usage;
     return false;

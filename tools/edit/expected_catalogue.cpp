@@ -31,8 +31,8 @@ std::string Count(size_t n, const char* one, const char* many) {
 // A field that differs: "FIELD of WHAT would read as X where Y is asked".
 bool Differs(const std::string& field, const std::string& what, const std::string& got, const std::string& asked,
              ByteSpan place, Mismatch* mismatch) {
-  mismatch->reason = "the edited file would read " + field + " of " + what + " as " + got + " where " + asked +
-                     " is asked";
+  mismatch->reason =
+      "the edited file would read " + field + " of " + what + " as " + got + " where " + asked + " is asked";
   mismatch->place = place;
   return false;
 }
@@ -72,8 +72,8 @@ ExpectedCatalogue::ExpectedCatalogue(Analysis& old) : m_old(old) {
     ExpectedKind kind;
     kind.oldRecord = k;
     kind.name = BytesOf(kindRecord.kind->m_Name);
-    for (std::uint32_t m = kindRecord.firstManufacturer; m < kindRecord.firstManufacturer + kindRecord.manufacturerCount;
-         ++m) {
+    for (std::uint32_t m = kindRecord.firstManufacturer;
+         m < kindRecord.firstManufacturer + kindRecord.manufacturerCount; ++m) {
       ExpectedManufacturer manufacturer;
       manufacturer.oldRecord = m;
       manufacturer.name = BytesOf(manufacturers[m].manufacturer->m_Name);
@@ -90,9 +90,9 @@ ExpectedCatalogue::ExpectedCatalogue(Analysis& old) : m_old(old) {
           const std::uint32_t record = devices[d].firstDefinition + i;
           device.definitions.push_back(ExpectedDefinition{record, -1, old.DefinitionOf(record).m_DefID});
         }
-        m_places[d] = DevicePlace{static_cast<std::uint32_t>(kinds.size()),
-                                  static_cast<std::uint32_t>(kind.manufacturers.size()),
-                                  static_cast<std::uint32_t>(manufacturer.devices.size())};
+        m_places[d] =
+            DevicePlace{static_cast<std::uint32_t>(kinds.size()), static_cast<std::uint32_t>(kind.manufacturers.size()),
+                        static_cast<std::uint32_t>(manufacturer.devices.size())};
         manufacturer.devices.push_back(std::move(device));
       }
       kind.manufacturers.push_back(std::move(manufacturer));
@@ -167,7 +167,8 @@ bool ExpectedCatalogue::Matches(Analysis& edited, Mismatch* mismatch) {
   const std::vector<KindRecord>& kindRecords = edited.Kinds();
   const std::vector<ManufacturerRecord>& manufacturerRecords = edited.Manufacturers();
   const std::vector<DeviceRecord>& deviceRecords = edited.Devices();
-  const ByteSpan end{static_cast<std::uint32_t>(edited.Bytes().size()), static_cast<std::uint32_t>(edited.Bytes().size())};
+  const ByteSpan end{static_cast<std::uint32_t>(edited.Bytes().size()),
+                     static_cast<std::uint32_t>(edited.Bytes().size())};
   for (size_t k = 0; k < kinds.size() || k < kindRecords.size(); ++k) {
     if (k >= kinds.size() || k >= kindRecords.size()) {
       mismatch->reason = "the edited file would hold " + Count(kindRecords.size(), "kind", "kinds") + " where " +
@@ -179,16 +180,16 @@ bool ExpectedCatalogue::Matches(Analysis& edited, Mismatch* mismatch) {
     ExpectedKind& kind = kinds[k];
     const std::string kindName = BytesOf(kr.kind->m_Name);
     if (kindName != kind.name) {
-      mismatch->reason = "the edited file would read kind " + Quoted(kindName) + " where " + Quoted(kind.name) +
-                         " is asked";
+      mismatch->reason =
+          "the edited file would read kind " + Quoted(kindName) + " where " + Quoted(kind.name) + " is asked";
       mismatch->place = kr.name;
       return false;
     }
     for (size_t m = 0; m < kind.manufacturers.size() || m < kr.manufacturerCount; ++m) {
       if (m >= kind.manufacturers.size() || m >= kr.manufacturerCount) {
-        mismatch->reason = "the edited file would hold " + Count(kr.manufacturerCount, "manufacturer", "manufacturers") +
-                           " under " + Quoted(kind.name) + " where " + std::to_string(kind.manufacturers.size()) +
-                           " are asked";
+        mismatch->reason = "the edited file would hold " +
+                           Count(kr.manufacturerCount, "manufacturer", "manufacturers") + " under " +
+                           Quoted(kind.name) + " where " + std::to_string(kind.manufacturers.size()) + " are asked";
         mismatch->place = m < kr.manufacturerCount ? manufacturerRecords[kr.firstManufacturer + m].name : kr.name;
         return false;
       }
@@ -224,8 +225,8 @@ bool ExpectedCatalogue::MatchDevice(Analysis& edited, ExpectedDevice& expected, 
   DEVICE_ITEM& device = *dr.device;
   const std::string name = BytesOf(device.m_DeviceName);
   if (name != expected.name) {
-    mismatch->reason = "the edited file would read device " + Quoted(name) + " where " + Quoted(expected.name) +
-                       " is asked";
+    mismatch->reason =
+        "the edited file would read device " + Quoted(name) + " where " + Quoted(expected.name) + " is asked";
     mismatch->place = dr.name;
     return false;
   }
@@ -280,8 +281,8 @@ bool ExpectedCatalogue::MatchDefinition(Analysis& edited, const ExpectedDefiniti
   }
   for (int i = 0; i < 11; ++i) {
     if (got.values[i] != asked.values[i]) {
-      return Differs("value " + std::to_string(i), what, std::to_string(got.values[i]),
-                     std::to_string(asked.values[i]), place, mismatch);
+      return Differs("value " + std::to_string(i), what, std::to_string(got.values[i]), std::to_string(asked.values[i]),
+                     place, mismatch);
     }
   }
   if (got.text != asked.text) return Differs("the text", what, Quoted(got.text), Quoted(asked.text), place, mismatch);
