@@ -221,6 +221,23 @@ TEST(EditEngine, OddFilesKeepTheirLineEndsMarksAndComments) {
   }
 }
 
+TEST(EditEngine, ANewDefinitionOfAMarkedDeviceHasTheMarksItsLayoutGivesIt) {
+  for (const char* version : {"1", "7"}) {
+    const std::string line7 = " 0 0 0 0 0 0 0 0 0 0 0";
+    const std::string file = std::string("DEF_LAYOUT_VERSION = ") + version +
+                             "\nHOUSING_LIST { P0, }\nADAPTER_LIST { A0, }\nMODUL_LIST M0;\n"
+                             "Kind:\n:Maker\n\xB0Marked\n{\nKVR5DEF: 1 0 0 0" +
+                             (version[0] == '7' ? line7 : std::string(" 0")) + " : text\n}\n";
+    const std::string layout1 = version[0] == '1' ? std::string("HOUSING_LIST P0;\nADAPTER_LIST A0;\n") : "";
+    std::string bytes = file;
+    if (!layout1.empty()) {
+      bytes.replace(bytes.find("HOUSING_LIST"), bytes.find("MODUL_LIST") - bytes.find("HOUSING_LIST"), layout1);
+    }
+    const EditResult result = Edit(bytes, {"add-definition Marked id=2"});
+    EXPECT_EQ(result.status, EditResult::Status::kApplied) << version << ": " << result.reason;
+  }
+}
+
 struct RefusedCase {
   const char* file;
   const char* operation;

@@ -78,7 +78,8 @@ bool PlanAddDefinition(EditStep& step, const EditOperation& op) {
   if (!ReadAssignments(step, op.assignments, &changes)) return false;
 
   DefinitionFields fields;
-  fields.marks = d.device->m_DeviceFlags;
+  // Only layout 7 gives a definition its device's marks.
+  fields.marks = a.Layout() == 7 ? d.device->m_DeviceFlags : 0;
   std::string line;
   if (like == kNoRecord) {
     if (!changes.generation) changes.to.generation = 5;
