@@ -67,6 +67,7 @@ TEST(CliEdit, NothingIsWrittenWhenAnEditIsRefusedOrANameUnknown) {
       {"edit -i " + file + " frobnicate X", 2, "'frobnicate' is no operation"},
       {"edit " + file + " set 2021 module=BASE --json", 2, "--json takes standard output"},
       {"edit -i - set 2021 module=BASE", 2, "-i rewrites FILE"},
+      {"edit - --script -", 2, "cannot both read standard input"},
   };
   for (const Case& c : cases) {
     const ToolRun run = RunTool(c.arguments, "2>&1");

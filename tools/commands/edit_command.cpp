@@ -140,6 +140,10 @@ int RunEdit(EditArguments& args) {
     std::fprintf(stderr, "devdef: -i rewrites FILE, which cannot be '-' or go with -o; see 'devdef edit --help'\n");
     return kExitFileError;
   }
+  if (args.file == "-" && args.script == "-") {
+    std::fprintf(stderr, "devdef: FILE and --script cannot both read standard input; see 'devdef edit --help'\n");
+    return kExitFileError;
+  }
   if (args.json && !args.dryRun && !args.inPlace && args.output.empty()) {
     std::fprintf(stderr,
                  "devdef: --json takes standard output, which would carry the edited file: give -o, -i or "
