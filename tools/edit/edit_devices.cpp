@@ -10,11 +10,13 @@ namespace {
 
 std::string BytesOf(const CString& text) { return std::string(text, static_cast<size_t>(text.GetLength())); }
 
-// A new name (UTF-8) as the file is to spell it; refused when it cannot.
-bool NameBytes(EditStep& step, const char* what, const std::string& name, std::string* bytes) {
+// A new name (UTF-8) as the file is to spell it; refused, at place (what
+// gets the name), when it cannot.
+bool NameBytes(EditStep& step, const char* what, const std::string& name, std::string* bytes,
+               ByteSpan place = ByteSpan{}) {
   std::string problem;
-  if (name.empty()) return step.Refuse(std::string("a ") + what + " needs a name", ByteSpan{});
-  if (!FileBytesOf(name, true, bytes, &problem)) return step.Refuse("the name '" + name + "': " + problem, ByteSpan{});
+  if (name.empty()) return step.Refuse(std::string("a ") + what + " needs a name", place);
+  if (!FileBytesOf(name, true, bytes, &problem)) return step.Refuse("the name '" + name + "': " + problem, place);
   return true;
 }
 
@@ -131,9 +133,9 @@ ByteSpan WithGap(EditStep& step, ByteSpan lines) {
 bool PlanRename(EditStep& step, const EditOperation& op) {
   std::uint32_t device = 0;
   if (!FindDevice(step, op.device, op.deviceRecord, &device)) return false;
-  std::string bytes;
-  if (!NameBytes(step, "device", op.newName, &bytes)) return false;
   const DeviceRecord& d = step.a.Devices()[device];
+  std::string bytes;
+  if (!NameBytes(step, "device", op.newName, &bytes, d.name)) return false;
   // A mark byte in front of the name stays.
   ByteSpan span = d.name;
   if ((d.device->m_DeviceFlags & 3) != 0 && span.begin < span.end) ++span.begin;
@@ -145,7 +147,10 @@ bool PlanRename(EditStep& step, const EditOperation& op) {
 bool PlanRenameKind(EditStep& step, const EditOperation& op) {
   std::uint32_t kind = 0;
   std::string bytes;
-  if (!FindKind(step, op.kindName, false, &kind) || !NameBytes(step, "kind", op.newName, &bytes)) return false;
+  if (!FindKind(step, op.kindName, false, &kind) ||
+      !NameBytes(step, "kind", op.newName, &bytes, step.a.Kinds()[kind].name)) {
+    return false;
+  }
   step.Replace(step.a.Kinds()[kind].name, bytes);
   step.expect.kinds[kind].name = ReadName(bytes);
   return true;
@@ -156,7 +161,7 @@ bool PlanRenameManufacturer(EditStep& step, const EditOperation& op) {
   std::string bytes;
   if (!FindKind(step, op.kindName, false, &kind) ||
       !FindManufacturer(step, kind, op.manufacturer, false, &manufacturer) ||
-      !NameBytes(step, "manufacturer", op.newName, &bytes)) {
+      !NameBytes(step, "manufacturer", op.newName, &bytes, step.a.Manufacturers()[manufacturer].name)) {
     return false;
   }
   step.Replace(step.a.Manufacturers()[manufacturer].name, bytes);
