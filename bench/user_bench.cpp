@@ -99,6 +99,10 @@ const ToolCommand kToolCommands[] = {
     {"write", 7, {"write", "FILE", "-o", "OUT"}},
     {"convert", 2, {"convert", "FILE", "-o", "OUT"}},
     {"export", 7, {"export", "FILE", "--dir", "/tmp"}},
+    // One definition changed, and a housing inserted at the front, which
+    // renumbers every reference behind it; each read back and verified.
+    {"edit_set", 7, {"edit", "FILE", "set", "1006", "module=0", "text=changed", "-o", "OUT"}},
+    {"edit_add_entry", 7, {"edit", "FILE", "add-entry", "housing", "NEWHOUSING", "--at", "0", "-o", "OUT"}},
     // Both files read and compared: set against two first reads.
     {"diff", 7, {"diff", "FILE", "FILE"}},
 };

@@ -41,6 +41,8 @@ TEST(CliOutput, EveryCommandFailsWhenStandardOutputIsFull) {
       "diff " + good + " " + damaged,
       "diff --json " + good + " " + damaged,
       "diff --stat " + good + " " + damaged,
+      "edit " + good + " set 2021 module=BASE",
+      "edit --dry-run " + good + " set 2021 module=BASE",
       "help",
       "tree --help",
       "--version",

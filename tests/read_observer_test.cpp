@@ -98,12 +98,23 @@ class Recorder : public DevdefReadObserver {
     if (nField == kDevdefFieldPackage || nField == kDevdefFieldAdapter) value &= 0xFFFF;
     EXPECT_EQ(value, nValue) << number;
   }
+  void DefinitionKeyword(int nBegin) override { keyword = nBegin; }
   void DefinitionLine(int nVerdict, int, int, int nHead) override {
     if (nVerdict != kDevdefLineAdded) {
       fields.clear();
+      keyword = -1;
       return;
     }
     DEVICE_KVRXDEF_ITEM& def = current->m_DefArray[current->m_DefArray.GetSize() - 1];
+    // The keyword, behind a mark byte where the line has one, names the
+    // definition's generation.
+    if (m_bFields) {
+      ASSERT_TRUE(keyword == 0 || (keyword == 1 && (static_cast<unsigned char>(line[0]) == 0xB0 ||
+                                                    static_cast<unsigned char>(line[0]) == 0xDF)))
+          << line;
+      EXPECT_EQ(line.substr(static_cast<size_t>(keyword), 8), "KVR" + std::to_string(def.m_KvrType) + "DEF:") << line;
+    }
+    keyword = -1;
     // The id stands where the number fields start.
     unsigned int id = 0;
     ASSERT_NE(DevdefScanNumber(line.c_str() + nHead, false, &id, nullptr), nullptr);
@@ -115,6 +126,7 @@ class Recorder : public DevdefReadObserver {
   }
 
   std::string bytes;
+  int keyword = -1;  // where the keyword of the definition line being read stands
   bool ended = false;
   std::vector<std::string> names;
   std::vector<std::string> entries;

@@ -25,6 +25,7 @@ bool DevdefSplitDefinitionLine(const char* pLine, int nLength, DEVICE_KVRXDEF_IT
   if (generation == 0) return false;  // so the line has at least 8 bytes
   const void* found = std::memchr(pLine + 8, ':', static_cast<size_t>(nLength - 8));
   if (found == nullptr) return false;
+  report.Keyword(nOffset);
   const int colon = static_cast<int>(static_cast<const char*>(found) - pLine);
   def.m_KvrType = static_cast<BYTE>(generation);
   def.m_DefLine = CString(pLine + colon + 1, nLength - colon - 1);

@@ -51,6 +51,11 @@ class DevdefLineReport {
   // reported, else null. nOffset is where the split text starts in the
   // reader's line.
   int* Sources(int nLength, int nOffset) { return m_pObserver->m_bFields ? MapFor(nLength, nOffset) : nullptr; }
+  // The keyword starts at nBegin of the reader's line (reported when fields
+  // are asked for).
+  void Keyword(int nBegin) {
+    if (m_pObserver->m_bFields) m_pObserver->DefinitionKeyword(nBegin);
+  }
   // The head starts at nHead of the reader's line.
   void Head(int nHead) { m_nHead = nHead; }
   // The field read at pAt of the head pHead (as "%x" when bHex) and stored
@@ -87,6 +92,7 @@ class DevdefLineReport {
 // The report of a definition line reader when nothing observes the read.
 struct DevdefNoReport {
   int* Sources(int, int) { return nullptr; }
+  void Keyword(int) {}
   void Head(int) {}
   void Field(int, int, const char*, const char*, bool, DWORD) {}
   int Fail(int nVerdict, int, int) { return nVerdict; }

@@ -17,6 +17,7 @@ void DevdefReadObserver::BraceList(int, DWORD, bool, bool, int) {}
 void DevdefReadObserver::BlockLine(DWORD, DWORD, DWORD, int) {}
 void DevdefReadObserver::BlockEnd(int, DWORD) {}
 void DevdefReadObserver::DefinitionField(int, int, int, int, bool, DWORD) {}
+void DevdefReadObserver::DefinitionKeyword(int) {}
 void DevdefReadObserver::DefinitionLine(int, int, int, int) {}
 void DevdefReadObserver::HousingLine(int) {}
 void DevdefReadObserver::HousingNumbers(int, bool) {}

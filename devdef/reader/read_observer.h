@@ -116,6 +116,10 @@ class DEVDEF_API DevdefReadObserver {
   // field's first byte to the end of what the number took, in hexadecimal
   // when bHex. Only when m_bFields is set.
   virtual void DefinitionField(int nField, int nIndex, int nBegin, int nEnd, bool bHex, DWORD nValue);
+  // A definition line reader found the keyword of a definition (KVR3DEF:,
+  // KVR4DEF: or KVR5DEF:) at nBegin of its line: 1 behind a mark byte, else
+  // 0. Only when m_bFields is set, ahead of the line's fields.
+  virtual void DefinitionKeyword(int nBegin);
   // A definition line reader finished its line with verdict; for a refused
   // line, nField and nIndex name the field it failed at (else -1). The
   // number fields start at nHead of the line (the id's first byte), or -1

@@ -15,6 +15,8 @@
 #   NAME.show.txt    devdef show NAME.def '*' --all OPTIONS        (when present)
 #   NAME.write.txt   devdef write NAME.def -o - OPTIONS            (when present)
 #   NAME.convert.txt devdef convert NAME.def -o - OPTIONS          (when present)
+#   NAME.edit.txt    devdef edit NAME.def --dry-run --script NAME.edits OPTIONS
+#                    (when present; NAME.edits beside it holds the operations)
 # OPTIONS is the one line of EXPECTED_DIR/NAME.options, if there is one.
 # A case asks for an optional form by an empty expected file, which
 # ./dev.sh bless then fills.
@@ -89,10 +91,14 @@ if [ -f "$expected_dir/$name.convert.txt" ]; then
   # shellcheck disable=SC2086
   run convert.txt "$tool" convert "$name.def" -o - $options
 fi
+if [ -f "$expected_dir/$name.edit.txt" ]; then
+  # shellcheck disable=SC2086
+  run edit.txt "$tool" edit "$name.def" --dry-run --no-color --script "$(cd "$expected_dir" && pwd)/$name.edits" $options
+fi
 set +f
 
 failed=0
-for form in check.txt check.json tree.txt tree.json show.txt write.txt convert.txt; do
+for form in check.txt check.json tree.txt tree.json show.txt write.txt convert.txt edit.txt; do
   [ -f "$work/$form" ] || continue
   expected=$expected_dir/$name.$form
   if $bless; then

@@ -74,6 +74,9 @@ class Analysis {
   // without comment and white space at their ends.
   ByteSpan VersionLine() const { return m_records.version; }
   const std::vector<ByteSpan>& HousingLines() const { return m_records.housingLines; }
+  // The entries of those lines whose numbers went to their devices'
+  // m_HousingIds, in the order of the file (so of each device's list).
+  const std::vector<HousingNumberRecord>& HousingNumbers() const { return m_records.housingNumbers; }
   // The names of a header list as this file gave them, kept apart from the
   // process-wide lists, which the next analysis empties: a number of a
   // definition is an index into them.
@@ -86,8 +89,9 @@ class Analysis {
   std::uint32_t DeviceRecordOf(const DEVICE_ITEM* device) const;
 
   // The number fields of a definition line as the reader reads them: its
-  // line reader runs again on the line, watched.
-  std::vector<FieldRecord> Fields(std::uint32_t definition);
+  // line reader runs again on the line, watched. With keyword, also where
+  // its keyword (KVR3DEF: ...) starts in the file.
+  std::vector<FieldRecord> Fields(std::uint32_t definition, std::uint32_t* keyword = nullptr);
   // The word that a definition's id stands in.
   ByteSpan IdWord(std::uint32_t definition) const;
 

@@ -19,12 +19,14 @@ class FieldCollector : public DevdefReadObserver {
     field.value = nValue;
     fields.push_back(field);
   }
+  void DefinitionKeyword(int nBegin) override { keyword = nBegin; }
   std::vector<FieldRecord> fields;
+  int keyword = 0;
 };
 
 }  // namespace
 
-std::vector<FieldRecord> Analysis::Fields(std::uint32_t definition) {
+std::vector<FieldRecord> Analysis::Fields(std::uint32_t definition, std::uint32_t* keyword) {
   const ByteSpan line = m_records.definitions[definition].line;
   const std::string_view bytes = Bytes();
   const CString text(bytes.data() + line.begin, static_cast<int>(line.end - line.begin));
@@ -38,6 +40,7 @@ std::vector<FieldRecord> Analysis::Fields(std::uint32_t definition) {
     m_ctrl->ReadDefinitionLine(m_scratch.GetHeadPosition(), text);
   }
   m_scratch.GetHead().m_DefArray.SetSize(0);
+  if (keyword != nullptr) *keyword = line.begin + static_cast<std::uint32_t>(collector.keyword);
   // Into the file, each with the word it stands in, as it looks.
   for (FieldRecord& field : collector.fields) {
     field.taken.begin += line.begin;

@@ -221,6 +221,7 @@ void ReadRecorder::BlockLine(DWORD nFirst, DWORD nLast, DWORD nLineEnd, int nSte
       return;
     case kDevdefBlockClose:
       record.block.end = nFirst + 1;
+      record.closed = true;
       return;
     case kDevdefBlockLine:
       m_blockLine = text;
@@ -361,6 +362,10 @@ void ReadRecorder::HousingNumbers(int nTaken, bool bDevice) {
     return;
   }
   const size_t taken = static_cast<size_t>(nTaken);
+  const std::uint32_t device = static_cast<std::uint32_t>(m_r.devices.size() - 1);
+  for (size_t i = 0; i < taken && i < m_housingEntries.size(); ++i) {
+    m_r.housingNumbers.push_back(HousingNumberRecord{m_housingEntries[i], device});
+  }
   if (taken < m_housingEntries.size()) {
     const ByteSpan entry = m_housingEntries[taken];
     Add(FindingKind::kHousing, ByteSpan{entry.begin, m_housingEntries.back().end},

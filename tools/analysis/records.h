@@ -43,6 +43,7 @@ struct ManufacturerRecord {
 struct DeviceRecord {
   ByteSpan name;   // its name on its line, a mark byte included
   ByteSpan block;  // from its "{" to its "}", or to where the block ended
+  bool closed = false;  // the block ended at its "}"
   std::uint32_t manufacturer;  // under which it went, which may belong to an earlier kind than the last one
   POSITION pos;
   DEVICE_ITEM* device;
@@ -56,6 +57,13 @@ struct DefinitionRecord {
   ByteSpan line;  // the line without comment and white space at its ends
   std::uint32_t device;
   std::uint32_t id;  // the offset of its id's first byte
+};
+
+// A number of a DEVICE_HOUSING_LIST line that went to its device's
+// m_HousingIds: the list entry it was read from.
+struct HousingNumberRecord {
+  ByteSpan entry;
+  std::uint32_t device;
 };
 
 // A number field of a definition line as the reader read it.

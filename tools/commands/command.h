@@ -79,6 +79,7 @@ Command AddWriteCommand(CLI::App& app);
 Command AddConvertCommand(CLI::App& app);
 Command AddExportCommand(CLI::App& app);
 Command AddDiffCommand(CLI::App& app);
+Command AddEditCommand(CLI::App& app);
 Command AddLspCommand(CLI::App& app);
 
 #endif  // DEVDEF_TOOLS_COMMANDS_COMMAND_H_

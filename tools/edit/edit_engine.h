@@ -59,7 +59,12 @@ struct EditOperation {
   std::string replaceWith;  // remove-entry --replace-with NAME
   long from = -1;           // renumber-ids --from N
   long step = 1;            // renumber-ids --step S
+  // renumber-ids: its scope is device when set, else the manufacturer of
+  // kindName when both are set, else the whole file.
 };
+
+// The operation words of the command line, in the order of EditOperation::Kind.
+const std::vector<std::string>& EditOperationNames();
 
 // Reads an operation from its words ("rename", "AT89C51", "AT89C52"; the
 // options --at, --replace-with, --from, --step among them). False, with
@@ -91,6 +96,10 @@ struct EditResult {
   std::string reason;
   ByteSpan place;
   bool inEdited = false;
+  // Further places in the old file that the reason speaks of: the
+  // references to a list entry that remove-entry would leave without one,
+  // the definition whose id a renumbering would repeat.
+  std::vector<ByteSpan> related;
   // For kUnknown: the names that match (ambiguous) or come closest.
   std::vector<std::string> candidates;
 };
@@ -98,7 +107,9 @@ struct EditResult {
 // Applies operations to the file of analysis, all or nothing, in the order
 // given (each on the result of the ones before), and verifies the result.
 // The analysis is left as it was; the process-wide name lists may hold
-// those of the edited file afterwards.
-EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations);
+// those of the edited file afterwards. With describe false, changes is
+// left empty: the comparison of the two catalogues that devdef diff makes
+// is spared where no one shows it.
+EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& operations, bool describe = true);
 
 #endif  // DEVDEF_TOOLS_EDIT_EDIT_ENGINE_H_

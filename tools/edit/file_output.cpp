@@ -130,10 +130,25 @@ std::string TempDirectory() {
   return dir != nullptr && *dir != '\0' ? dir : "/tmp";
 }
 
-}  // namespace
+// Writes bytes into the file at path; 1, or -1 after a failure it reported.
+int WriteBytesTo(const std::string& bytes, const std::string& path) {
+  std::FILE* out = std::fopen(path.c_str(), "wb");
+  if (out == nullptr) {
+    std::fprintf(stderr, "devdef: cannot write '%s': %s\n", path.c_str(), std::strerror(errno));
+    return -1;
+  }
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
+  if (std::fclose(out) != 0 || !written) {
+    std::fprintf(stderr, "devdef: cannot write '%s': %s\n", path.c_str(), std::strerror(errno));
+    return -1;
+  }
+  return 1;
+}
 
-WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& requestedPath,
-                                 const std::function<bool(const std::string&)>& verify) {
+// The file at requestedPath ("-": standard output) made by write (into a
+// temporary file, giving 1, 0 or -1 as WriteThroughLibrary) and verified.
+WriteOutcome WriteVia(const std::string& requestedPath, const std::function<int(const std::string&)>& write,
+                      const std::function<bool(const std::string&)>& verify) {
   // Standard output, a device or a pipe cannot take a file renamed into
   // place: the bytes are written and checked in a temporary file first, then
   // copied there.
@@ -162,7 +177,7 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
                  special ? TempDirectory().c_str() : outPath.c_str(), std::strerror(errno));
     return WriteOutcome::kFailed;
   }
-  const int result = WriteThroughLibrary(ctrl, what, temp.Path());
+  const int result = write(temp.Path());
   if (result != 1) return result == 0 ? WriteOutcome::kStopped : WriteOutcome::kFailed;
   if (verify && !verify(temp.Path())) return WriteOutcome::kRefused;
   if (!special) {
@@ -185,6 +200,17 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
     }
   }
   return ok ? WriteOutcome::kWritten : WriteOutcome::kFailed;
+}
+
+}  // namespace
+
+WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath,
+                                 const std::function<bool(const std::string&)>& verify) {
+  return WriteVia(outPath, [&](const std::string& temp) { return WriteThroughLibrary(ctrl, what, temp); }, verify);
+}
+
+WriteOutcome WriteFileBytes(const std::string& bytes, const std::string& outPath) {
+  return WriteVia(outPath, [&](const std::string& temp) { return WriteBytesTo(bytes, temp); }, nullptr);
 }
 
 bool MakeExportDirectory(const std::string& dir, TempPath* exportDir) {

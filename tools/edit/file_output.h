@@ -30,6 +30,11 @@ enum class WriteOutcome {
 WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath,
                                  const std::function<bool(const std::string& writtenPath)>& verify);
 
+// Writes bytes to outPath ("-": standard output) in the same way: through
+// a temporary file renamed into place with the mode of the file it
+// replaces; kWritten or kFailed (reported).
+WriteOutcome WriteFileBytes(const std::string& bytes, const std::string& outPath);
+
 // Makes a new directory inside dir, held by exportDir, for a controller's
 // device list export (its path prefix), so that nothing half-written ever
 // stands in dir; false, with a message, on failure.
