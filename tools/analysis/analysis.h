@@ -74,6 +74,12 @@ class Analysis {
   // without comment and white space at their ends.
   ByteSpan VersionLine() const { return m_records.version; }
   const std::vector<ByteSpan>& HousingLines() const { return m_records.housingLines; }
+  // The header list keywords that opened lists; the DEVICE_HOUSING_LIST:
+  // keyword of each housing line, and the numbers of those lines that went
+  // to their devices.
+  const std::vector<ListKeywordRecord>& ListKeywords() const { return m_records.listKeywords; }
+  const std::vector<ByteSpan>& HousingKeywords() const { return m_records.housingKeywords; }
+  const std::vector<HousingEntryRecord>& HousingEntries() const { return m_records.housingEntries; }
   // The names of a header list as this file gave them, kept apart from the
   // process-wide lists, which the next analysis empties: a number of a
   // definition is an index into them.

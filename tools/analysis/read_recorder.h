@@ -29,7 +29,10 @@ struct ReadRecords {
   std::vector<DeviceRecord> devices;
   std::vector<DefinitionRecord> definitions;
   std::vector<ByteSpan> listEntries[3];  // HOUSING_LIST, ADAPTER_LIST, MODUL_LIST
+  std::vector<ListKeywordRecord> listKeywords;
   std::vector<ByteSpan> housingLines;    // device block lines of a housing list, without comment and white space at their ends
+  std::vector<ByteSpan> housingKeywords;  // the DEVICE_HOUSING_LIST: of each housing line
+  std::vector<HousingEntryRecord> housingEntries;
   Findings findings;                     // unsorted until the analysis finishes them
   // The definitions with something to check, as they were read (while each
   // is at hand): a number without a name, or in layout 7 what its writer

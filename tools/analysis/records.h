@@ -58,6 +58,21 @@ struct DefinitionRecord {
   std::uint32_t id;  // the offset of its id's first byte
 };
 
+// A header list keyword that opened a list (0: HOUSING_LIST, 1:
+// ADAPTER_LIST, 2: MODUL_LIST); a keyword may come more than once.
+struct ListKeywordRecord {
+  ByteSpan keyword;
+  int list;
+};
+
+// A number of a DEVICE_HOUSING_LIST line (layout 7) that went to its device:
+// entry index of the device's m_HousingIds.
+struct HousingEntryRecord {
+  ByteSpan span;
+  std::uint32_t device;
+  std::uint32_t index;
+};
+
 // A number field of a definition line as the reader read it.
 struct FieldRecord {
   int field;      // a DevdefDefinitionField
