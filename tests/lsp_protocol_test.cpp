@@ -60,7 +60,11 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
   EXPECT_EQ(init["result"]["capabilities"],
             json::parse(R"({"positionEncoding":"utf-16","textDocumentSync":{"openClose":true,"change":1},
                            "hoverProvider":true,"definitionProvider":true,"referencesProvider":true,
-                           "documentSymbolProvider":true,"foldingRangeProvider":true})"));
+                           "documentSymbolProvider":true,"foldingRangeProvider":true,"completionProvider":{},
+                           "semanticTokensProvider":{"full":true,"range":true,"legend":{
+                             "tokenTypes":["namespace","type","class","keyword","variable","enumMember","number",
+                                           "string","decorator"],
+                             "tokenModifiers":["declaration","deprecated","misread"]}}})"));
   client.Send({{"jsonrpc", "2.0"}, {"id", 2}, {"method", "initialize"}, {"params", json::object()}});
   EXPECT_EQ(ErrorCode(client.Receive()), -32600);
 
