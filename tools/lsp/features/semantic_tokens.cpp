@@ -1,6 +1,7 @@
 #include "tools/lsp/features/semantic_tokens.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <vector>
 
@@ -63,7 +64,10 @@ class Collector {
   Collector(const DocumentView& view, size_t begin, size_t end)
       : m_analysis(view.analysis), m_begin(begin), m_end(end) {}
 
-  std::vector<Token> Collect() {
+  // The tokens of everything but the definition lines, in file order:
+  // names, header lists and housing lines, far fewer than the tokens of the
+  // definitions.
+  std::vector<Token> Others() {
     const Analysis& a = m_analysis;
     const ByteSpan version = a.VersionLine();
     if (version.end - version.begin >= 18) Add(ByteSpan{version.begin, version.begin + 18}, kKeywordToken);
@@ -92,21 +96,34 @@ class Collector {
       }
       Add(name, kDeviceToken, kDeclaration);
     }
-    const auto& definitions = a.Definitions();
-    for (size_t i = FirstEndingBehind(definitions, m_begin, LineSpan);
-         i < definitions.size() && Open(definitions[i].line); ++i) {
-      AddDefinition(static_cast<std::uint32_t>(i));
+    const auto& housingKeywords = a.HousingKeywords();
+    for (size_t i = FirstEndingBehind(housingKeywords, m_begin, Self);
+         i < housingKeywords.size() && Open(housingKeywords[i]); ++i) {
+      Add(housingKeywords[i], kKeywordToken);
     }
-    for (const ByteSpan& keyword : a.HousingKeywords()) Add(keyword, kKeywordToken);
     const auto& housing = a.HousingEntries();
     for (size_t i = FirstEndingBehind(housing, m_begin, HousingSpan); i < housing.size() && Open(housing[i].span);
          ++i) {
       Add(housing[i].span, kEntryToken);
     }
-    // Most tokens come in file order already; the kinds of records are
-    // interleaved.
+    // Each kind of record stands in file order; they interleave.
     std::sort(m_tokens.begin(), m_tokens.end(), Before);
     return std::move(m_tokens);
+  }
+
+  // Calls take(line, tokens) for each definition line in the bytes asked
+  // for, in file order, with the tokens of the line in order.
+  template <class Take>
+  void ForEachDefinition(Take take) {
+    const auto& definitions = m_analysis.Definitions();
+    for (size_t i = FirstEndingBehind(definitions, m_begin, LineSpan);
+         i < definitions.size() && Open(definitions[i].line); ++i) {
+      m_tokens.clear();
+      AddDefinition(static_cast<std::uint32_t>(i));
+      // A line's fields come by kind, which need not be their order on it.
+      std::sort(m_tokens.begin(), m_tokens.end(), Before);
+      take(definitions[i].line, m_tokens);
+    }
   }
 
  private:
@@ -182,39 +199,71 @@ json SemanticTokensLegend() {
   return json{{"tokenTypes", kTokenTypes}, {"tokenModifiers", kTokenModifiers}};
 }
 
-std::string SemanticTokens(const DocumentView& view, size_t begin, size_t end) {
-  const std::vector<Token> tokens = Collector(view, begin, end).Collect();
-  const SourceMap& map = view.analysis.Map();
-  std::string out = "{\"data\":[";
-  out.reserve(out.size() + tokens.size() * 16);
-  long lastLine = 0;
-  long lastCharacter = 0;
-  std::uint32_t covered = 0;  // tokens never overlap: one that starts inside the last is left out
-  bool first = true;
-  for (const Token& token : tokens) {
-    if (token.span.begin < covered) continue;
-    const TextPoint start = map.PointOf(token.span.begin);
-    const TextPoint stop = map.PointOf(token.span.end);
+namespace {
+
+// Writes tokens, given in file order, in the protocol's relative form.
+class TokenWriter {
+ public:
+  TokenWriter(const DocumentView& view, std::string& out)
+      : m_map(view.analysis.Map()), m_positions(view.positions), m_out(out) {}
+
+  void Put(const Token& token) {
+    // Tokens never overlap: one that starts inside the last is left out.
+    if (token.span.begin < m_covered) return;
+    const TextPoint start = m_map.PointOf(token.span.begin);
     // A token ends on its line; a name that the reader took across lines
     // (a kind behind a list in braces) gets none.
-    if (stop.line != start.line) continue;
-    const LspPosition from = view.positions.ToPosition(start);
-    const LspPosition to = view.positions.ToPosition(stop);
-    covered = token.span.end;
-    if (!first) out += ',';
-    first = false;
-    AppendJsonNumber(out, from.line - lastLine);
-    out += ',';
-    AppendJsonNumber(out, from.line == lastLine ? from.character - lastCharacter : from.character);
-    out += ',';
-    AppendJsonNumber(out, to.character - from.character);
-    out += ',';
-    AppendJsonNumber(out, token.type);
-    out += ',';
-    AppendJsonNumber(out, token.modifiers);
-    lastLine = from.line;
-    lastCharacter = from.character;
+    if (token.span.end > m_map.LineEnd(start.line)) return;
+    const TextPoint stop{start.line, start.column + static_cast<long>(token.span.end - token.span.begin)};
+    const LspPosition from = m_positions.ToPosition(start);
+    const LspPosition to = m_positions.ToPosition(stop);
+    m_covered = token.span.end;
+    // The five numbers of a token go out in one piece.
+    char numbers[5 * 21];
+    char* at = numbers;
+    const long values[5] = {from.line - m_lastLine,
+                            from.line == m_lastLine ? from.character - m_lastCharacter : from.character,
+                            to.character - from.character, static_cast<long>(token.type),
+                            static_cast<long>(token.modifiers)};
+    for (int i = 0; i < 5; ++i) {
+      if (i > 0 || !m_first) *at++ = ',';
+      at = std::to_chars(at, numbers + sizeof numbers, values[i]).ptr;
+    }
+    m_out.append(numbers, static_cast<size_t>(at - numbers));
+    m_first = false;
+    m_lastLine = from.line;
+    m_lastCharacter = from.character;
   }
+
+ private:
+  const SourceMap& m_map;
+  const PositionConverter& m_positions;
+  std::string& m_out;
+  long m_lastLine = 0;
+  long m_lastCharacter = 0;
+  std::uint32_t m_covered = 0;
+  bool m_first = true;
+};
+
+}  // namespace
+
+std::string SemanticTokens(const DocumentView& view, size_t begin, size_t end) {
+  std::string out = "{\"data\":[";
+  // The tokens of a definition file take a little over twice its bytes:
+  // room for them at once spares a copy of megabytes into fresh pages.
+  const size_t size = view.analysis.Bytes().size();
+  out.reserve((std::min(end, size) - std::min(begin, size)) * 9 / 4 + 16);
+  Collector collector(view, begin, end);
+  const std::vector<Token> others = collector.Others();
+  TokenWriter writer(view, out);
+  size_t next = 0;
+  // The definitions' tokens stream in file order; the others go in between,
+  // never inside a definition line.
+  collector.ForEachDefinition([&](ByteSpan line, const std::vector<Token>& tokens) {
+    while (next < others.size() && others[next].span.begin < line.begin) writer.Put(others[next++]);
+    for (const Token& token : tokens) writer.Put(token);
+  });
+  while (next < others.size()) writer.Put(others[next++]);
   out += "]}";
   return out;
 }
