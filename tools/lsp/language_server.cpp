@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <utility>
 
+#include "tools/lsp/features/code_actions.h"
 #include "tools/lsp/features/completion.h"
 #include "tools/lsp/features/diagnostics.h"
 #include "tools/lsp/features/document_symbols.h"
@@ -11,6 +12,7 @@
 #include "tools/lsp/features/goto_definition.h"
 #include "tools/lsp/features/hover.h"
 #include "tools/lsp/features/references.h"
+#include "tools/lsp/features/rename.h"
 #include "tools/lsp/features/semantic_tokens.h"
 #include "tools/lsp/protocol/message_parsing.h"
 #include "tools/lsp/protocol/text_positions.h"
@@ -45,6 +47,17 @@ const std::string& UriOf(const json& params) { return StringMember(ObjectMember(
 
 LspPosition PositionOf(const json& at) {
   return LspPosition{static_cast<long>(IntegerMember(at, "line")), static_cast<long>(IntegerMember(at, "character"))};
+}
+
+// Whether a codeAction request takes quick fixes: it names no kinds, or
+// "quickfix" or a kind that holds it.
+bool WantsQuickFixes(const json& params) {
+  const json* only = Find(params, {"context", "only"});
+  if (only == nullptr || !only->is_array()) return true;
+  for (const json& kind : *only) {
+    if (kind == "" || kind == "quickfix") return true;
+  }
+  return false;
 }
 
 // The bytes of a Range; a position past the last line is the end of the
@@ -176,6 +189,28 @@ std::string LanguageServer::Request(const std::string& method, const json& param
     return Answer(params, true, "{\"isIncomplete\":false,\"items\":[]}",
                   [](const DocumentView& view, size_t at) { return JsonText(CompletionAt(view, at)); });
   }
+  if (method == "textDocument/prepareRename") {
+    return Answer(params, true, "null",
+                  [](const DocumentView& view, size_t at) { return JsonText(PrepareRenameAt(view, at)); });
+  }
+  if (method == "textDocument/rename") {
+    const std::string newName = StringMember(params, "newName");
+    return Answer(params, true, "null", [&newName](const DocumentView& view, size_t at) {
+      return JsonText(RenameAt(view, at, newName));
+    });
+  }
+  if (method == "textDocument/codeAction") {
+    const json& range = ObjectMember(params, "range");
+    const LspPosition start = PositionOf(ObjectMember(range, "start"));
+    const LspPosition end = PositionOf(ObjectMember(range, "end"));
+    if (!WantsQuickFixes(params)) return "[]";
+    return Answer(params, false, "[]", [start, end](const DocumentView& view, size_t) {
+      size_t begin = 0;
+      size_t stop = 0;
+      BytesOf(view.positions, view.analysis.Bytes().size(), start, end, &begin, &stop);
+      return JsonText(CodeActionsFor(view, begin, stop));
+    });
+  }
   if (method == "textDocument/foldingRange") {
     return Answer(params, false, "[]", [](const DocumentView& view, size_t) { return JsonText(FoldingRanges(view)); });
   }
@@ -201,6 +236,8 @@ json LanguageServer::Initialize(const json& params) {
            {"documentSymbolProvider", true},
            {"foldingRangeProvider", true},
            {"completionProvider", json::object()},
+           {"renameProvider", {{"prepareProvider", true}}},
+           {"codeActionProvider", {{"codeActionKinds", {"quickfix"}}}},
            {"semanticTokensProvider", {{"legend", SemanticTokensLegend()}, {"range", true}, {"full", true}}},
        }},
       {"serverInfo", {{"name", "devdef"}, {"version", m_version}}},
