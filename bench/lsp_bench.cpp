@@ -1,12 +1,14 @@
 // Benchmarks of the language server on a large document: from the arrival
 // of a didChange of one line to the publishDiagnostics message it causes,
-// and the parts of that time.
+// and the parts of that time; the requests an editor sends while a user
+// reads and types (outline, semantic tokens, completion).
 #include <benchmark/benchmark.h>
 #include <time.h>
 
 #include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "bench/catalogue_generator.h"
 #include "tools/lsp/features/diagnostics.h"
@@ -116,6 +118,59 @@ void BM_LspDocumentSymbol(benchmark::State& state) {
   for (auto _ : state) open.server.HandleBody(request);
 }
 BENCHMARK(BM_LspDocumentSymbol)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+std::string RequestBody(const char* method, json params) {
+  return json{{"jsonrpc", "2.0"}, {"id", 2}, {"method", method}, {"params", std::move(params)}}.dump();
+}
+
+// The semantic tokens of the whole document, as clients ask for them when it
+// is opened and after changes; sent counts the bytes of the answer.
+void BM_LspSemanticTokensFull(benchmark::State& state) {
+  size_t sent = 0;
+  LanguageServer server(ServerSettings(), "bench", [&sent](const std::string& body) { sent = body.size(); });
+  server.HandleBody(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", "initialize"}, {"params", json::object()}}.dump());
+  server.HandleBody(Message(
+      "textDocument/didOpen",
+      {{"textDocument", {{"uri", kUri}, {"languageId", "devdef"}, {"version", 1}, {"text", SampleEdit(5).before}}}}));
+  const std::string request = RequestBody("textDocument/semanticTokens/full", {{"textDocument", {{"uri", kUri}}}});
+  server.HandleBody(request);  // the analysis is made at the first request
+  for (auto _ : state) server.HandleBody(request);
+  state.counters["answer_MB"] = static_cast<double>(sent) / (1 << 20);
+}
+BENCHMARK(BM_LspSemanticTokensFull)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The line of a definition in the middle of the sample and the column of
+// its package number ("KVR5DEF: ID PACKAGE").
+std::pair<long, long> MiddlePackage() {
+  const std::string& text = SampleEdit(5).before;
+  const size_t at = text.find("\nKVR5DEF: ", text.size() / 2) + 1;
+  long line = 0;
+  for (size_t i = 0; i < at; ++i) line += text[i] == '\n';
+  return {line, static_cast<long>(text.find(' ', at + 9) - at + 1)};
+}
+
+// The semantic tokens of a screenful (60 lines) in the middle of the
+// document, as clients ask for what they show.
+void BM_LspSemanticTokensRange(benchmark::State& state) {
+  OpenServer open;
+  const long line = MiddlePackage().first;
+  const std::string request =
+      RequestBody("textDocument/semanticTokens/range",
+                  {{"textDocument", {{"uri", kUri}}},
+                   {"range", {{"start", {{"line", line - 30}, {"character", 0}}}, {"end", {{"line", line + 30}, {"character", 0}}}}}});
+  for (auto _ : state) open.server.HandleBody(request);
+}
+BENCHMARK(BM_LspSemanticTokensRange)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Completion at a package number in the middle of the document.
+void BM_LspCompletion(benchmark::State& state) {
+  OpenServer open;
+  const std::pair<long, long> at = MiddlePackage();
+  const std::string request = RequestBody("textDocument/completion", {{"textDocument", {{"uri", kUri}}},
+                                                                       {"position", {{"line", at.first}, {"character", at.second}}}});
+  for (auto _ : state) open.server.HandleBody(request);
+}
+BENCHMARK(BM_LspCompletion)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 // The parts of the time of a change.
 // The message read as the server reads it (0) and by the JSON library

@@ -134,6 +134,20 @@ void ExpectRecordsHoldTheCatalogue(Analysis& analysis) {
   }
   EXPECT_EQ(device, analysis.Devices().size());
   EXPECT_EQ(manufacturer, analysis.Manufacturers().size());
+  // Header list keywords and housing lines: the keyword's bytes, and each
+  // housing number's bytes the number its device got.
+  static const char* const keywords[] = {"HOUSING_LIST", "ADAPTER_LIST", "MODUL_LIST"};
+  for (const ListKeywordRecord& keyword : analysis.ListKeywords()) {
+    ASSERT_TRUE(keyword.list >= 0 && keyword.list < 3);
+    EXPECT_EQ(strcasecmp(Text(analysis, keyword.keyword).c_str(), keywords[keyword.list]), 0);
+  }
+  ASSERT_EQ(analysis.HousingKeywords().size(), analysis.HousingLines().size());
+  for (const ByteSpan& keyword : analysis.HousingKeywords()) EXPECT_EQ(Text(analysis, keyword), "DEVICE_HOUSING_LIST:");
+  for (const HousingNumberRecord& entry : analysis.HousingNumbers()) {
+    const CWordArray& ids = analysis.Devices()[entry.device].device->m_HousingIds;
+    ASSERT_LT(entry.index, static_cast<std::uint32_t>(ids.GetSize()));
+    EXPECT_EQ(Number(Text(analysis, entry.entry)) & 0xFFFF, ids[static_cast<int>(entry.index)]);
+  }
   // The findings in the order of the file.
   const std::vector<Finding>& findings = analysis.FindingsOf().List();
   for (size_t i = 1; i < findings.size(); ++i) EXPECT_LE(findings[i - 1].span.begin, findings[i].span.begin);

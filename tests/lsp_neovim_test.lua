@@ -1,6 +1,7 @@
 -- Drives `devdef lsp` through Neovim's own LSP client, headless: the
 -- diagnostics of a damaged file, hover on a package number, a jump to its
--- header list entry, the outline, diagnostics that follow an edit, and a
+-- header list entry, the outline, diagnostics that follow an edit, a device
+-- renamed, a quick fix applied and the diagnostics of its line gone, and a
 -- layout 7 file whose marks the editor shows as Latin-1 characters. Writes
 -- what it saw, one fact a line, to $DEVDEF_RESULT; the shell test compares
 -- that with the expected lines. Uses the API of Neovim 0.7 (start_client).
@@ -96,7 +97,34 @@ local ok, problem = pcall(function()
   -- The refused line made readable: its cascade of findings goes.
   vim.api.nvim_buf_set_lines(buf, 17, 18, false, { 'KVR5DEF: 4005 1 0 0 28 : now readable' })
   assert(vim.wait(20000, function() return #vim.diagnostic.get(buf) ~= before end, 20), 'the diagnostics stayed')
-  list_diagnostics('diagnostics after the edit', buf)
+  local edited = list_diagnostics('diagnostics after the edit', buf)
+
+  -- Rename the device through the editor's own command; the server's edit
+  -- is applied to the buffer.
+  vim.api.nvim_win_set_cursor(0, { 11, 3 })
+  vim.lsp.buf.rename('AT27C257')
+  assert(vim.wait(5000, function() return vim.api.nvim_buf_get_lines(buf, 10, 11, false)[1] ~= 'AT27C256' end, 20),
+    'the rename changed nothing')
+  say('rename: line 11 reads ' .. vim.api.nvim_buf_get_lines(buf, 10, 11, false)[1])
+  assert(vim.wait(20000, function() return #vim.diagnostic.get(buf) == edited end, 20), 'the diagnostics changed')
+  say('diagnostics after the rename: ' .. #vim.diagnostic.get(buf))
+
+  -- The quick fix of the entry without ";" on line 3, chosen as a user
+  -- chooses it from the list the editor shows.
+  local chosen
+  vim.ui.select = function(items, opts, on_choice)
+    chosen = opts.format_item(items[1])
+    on_choice(items[1], 1)
+  end
+  vim.api.nvim_win_set_cursor(0, { 3, 26 })
+  vim.lsp.buf.code_action()
+  assert(vim.wait(5000, function() return vim.api.nvim_buf_get_lines(buf, 2, 3, false)[1]:sub(-1) == ';' end, 20),
+    'no code action was applied')
+  say('code action: ' .. tostring(chosen))
+  say('line 3 after the fix: ' .. vim.api.nvim_buf_get_lines(buf, 2, 3, false)[1])
+  assert(vim.wait(20000, function() return #vim.diagnostic.get(buf) < edited end, 20), 'the diagnostics stayed')
+  say('diagnostics on line 3 after the fix: ' .. #vim.diagnostic.get(buf, { lnum = 2 }))
+  list_diagnostics('diagnostics after the fix', buf)
 
   -- Not UTF-8: the editor reads the file as Latin-1 and shows its marks.
   vim.cmd('edit ' .. work .. '/adapters_v7.def')

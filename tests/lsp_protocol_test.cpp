@@ -60,7 +60,13 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
   EXPECT_EQ(init["result"]["capabilities"],
             json::parse(R"({"positionEncoding":"utf-16","textDocumentSync":{"openClose":true,"change":1},
                            "hoverProvider":true,"definitionProvider":true,"referencesProvider":true,
-                           "documentSymbolProvider":true,"foldingRangeProvider":true})"));
+                           "documentSymbolProvider":true,"foldingRangeProvider":true,"completionProvider":{},
+                           "renameProvider":{"prepareProvider":true},
+                           "codeActionProvider":{"codeActionKinds":["quickfix"]},
+                           "semanticTokensProvider":{"full":true,"range":true,"legend":{
+                             "tokenTypes":["namespace","type","class","keyword","variable","enumMember","number",
+                                           "string","decorator"],
+                             "tokenModifiers":["declaration","deprecated","misread"]}}})"));
   client.Send({{"jsonrpc", "2.0"}, {"id", 2}, {"method", "initialize"}, {"params", json::object()}});
   EXPECT_EQ(ErrorCode(client.Receive()), -32600);
 
@@ -76,7 +82,7 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
       {"{\"id\":4,\"method\":\"shutdown\"}", -32600, 4},
       {"{\"jsonrpc\":\"2.0\",\"id\":[5],\"method\":\"shutdown\"}", -32600, nullptr},
       {"{\"jsonrpc\":\"2.0\",\"id\":6,\"method\":7}", -32600, 6},
-      {"{\"jsonrpc\":\"2.0\",\"id\":7,\"method\":\"textDocument/rename\",\"params\":{}}", -32601, 7},
+      {"{\"jsonrpc\":\"2.0\",\"id\":7,\"method\":\"textDocument/formatting\",\"params\":{}}", -32601, 7},
       {"{\"jsonrpc\":\"2.0\",\"id\":8,\"method\":\"$/unknown\"}", -32601, 8},
       {"{\"jsonrpc\":\"2.0\",\"id\":9,\"method\":\"textDocument/hover\",\"params\":{}}", -32602, 9},
       {"{\"jsonrpc\":\"2.0\",\"id\":14,\"method\":\"textDocument/hover\",\"params\":null}", -32602, 14},

@@ -77,6 +77,10 @@ class Analysis {
   // The entries of those lines whose numbers went to their devices'
   // m_HousingIds, in the order of the file (so of each device's list).
   const std::vector<HousingNumberRecord>& HousingNumbers() const { return m_records.housingNumbers; }
+  // The header list keywords that opened lists, and the DEVICE_HOUSING_LIST:
+  // keyword of each housing line.
+  const std::vector<ListKeywordRecord>& ListKeywords() const { return m_records.listKeywords; }
+  const std::vector<ByteSpan>& HousingKeywords() const { return m_records.housingKeywords; }
   // The names of a header list as this file gave them, kept apart from the
   // process-wide lists, which the next analysis empties: a number of a
   // definition is an index into them.

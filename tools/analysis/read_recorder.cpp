@@ -353,6 +353,9 @@ void ReadRecorder::NoteDefinition(const DEVICE_ITEM& device, const DEVICE_KVRXDE
 void ReadRecorder::HousingLine(int nListStart) {
   m_r.housingLines.push_back(m_blockLine);
   m_housingBase = m_blockLine.begin + static_cast<std::uint32_t>(nListStart);
+  // The list starts right behind the keyword, which is "DEVICE_HOUSING_LIST:".
+  const std::uint32_t keyword = sizeof "DEVICE_HOUSING_LIST:" - 1;
+  if (m_housingBase >= m_blockLine.begin + keyword) m_r.housingKeywords.push_back(ByteSpan{m_housingBase - keyword, m_housingBase});
   m_housingEntries.clear();
 }
 
@@ -363,8 +366,11 @@ void ReadRecorder::HousingNumbers(int nTaken, bool bDevice) {
   }
   const size_t taken = static_cast<size_t>(nTaken);
   const std::uint32_t device = static_cast<std::uint32_t>(m_r.devices.size() - 1);
+  // The line's numbers went to the end of the device's list.
+  const std::uint32_t first = static_cast<std::uint32_t>(m_r.devices.back().device->m_HousingIds.GetSize()) -
+                              static_cast<std::uint32_t>(taken);
   for (size_t i = 0; i < taken && i < m_housingEntries.size(); ++i) {
-    m_r.housingNumbers.push_back(HousingNumberRecord{m_housingEntries[i], device});
+    m_r.housingNumbers.push_back(HousingNumberRecord{m_housingEntries[i], device, first + static_cast<std::uint32_t>(i)});
   }
   if (taken < m_housingEntries.size()) {
     const ByteSpan entry = m_housingEntries[taken];
@@ -398,6 +404,7 @@ void ReadRecorder::BlockEnd(int nResult, DWORD nPos) {
 void ReadRecorder::ListKeyword(int nList, DWORD nBegin, DWORD nDelimiter) {
   m_lineMade = true;
   m_listKeyword = ByteSpan{nBegin, nDelimiter};
+  if (nList >= 0 && nList < 3) m_r.listKeywords.push_back(ListKeywordRecord{m_listKeyword, nList});
   m_braces = m_layout == 7 && nList != kDevdefModulList;
 }
 

@@ -29,7 +29,9 @@ struct ReadRecords {
   std::vector<DeviceRecord> devices;
   std::vector<DefinitionRecord> definitions;
   std::vector<ByteSpan> listEntries[3];  // HOUSING_LIST, ADAPTER_LIST, MODUL_LIST
+  std::vector<ListKeywordRecord> listKeywords;
   std::vector<ByteSpan> housingLines;    // device block lines of a housing list, without comment and white space at their ends
+  std::vector<ByteSpan> housingKeywords;  // the DEVICE_HOUSING_LIST: of each housing line
   std::vector<HousingNumberRecord> housingNumbers;  // the entries of those lines that went to their devices
   Findings findings;                     // unsorted until the analysis finishes them
   // The definitions with something to check, as they were read (while each

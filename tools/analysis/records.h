@@ -59,11 +59,19 @@ struct DefinitionRecord {
   std::uint32_t id;  // the offset of its id's first byte
 };
 
+// A header list keyword that opened a list (0: HOUSING_LIST, 1:
+// ADAPTER_LIST, 2: MODUL_LIST); a keyword may come more than once.
+struct ListKeywordRecord {
+  ByteSpan keyword;
+  int list;
+};
+
 // A number of a DEVICE_HOUSING_LIST line that went to its device's
-// m_HousingIds: the list entry it was read from.
+// m_HousingIds: the list entry it was read from, and its index there.
 struct HousingNumberRecord {
   ByteSpan entry;
   std::uint32_t device;
+  std::uint32_t index;
 };
 
 // A number field of a definition line as the reader read it.

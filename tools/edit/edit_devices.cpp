@@ -145,10 +145,10 @@ bool PlanRename(EditStep& step, const EditOperation& op) {
 }
 
 bool PlanRenameKind(EditStep& step, const EditOperation& op) {
-  std::uint32_t kind = 0;
+  std::uint32_t kind = op.kindRecord;
   std::string bytes;
-  if (!FindKind(step, op.kindName, false, &kind) ||
-      !NameBytes(step, "kind", op.newName, &bytes, step.a.Kinds()[kind].name)) {
+  if (kind >= step.a.Kinds().size() && !FindKind(step, op.kindName, false, &kind)) return false;
+  if (!NameBytes(step, "kind", op.newName, &bytes, step.a.Kinds()[kind].name)) {
     return false;
   }
   step.Replace(step.a.Kinds()[kind].name, bytes);
@@ -157,11 +157,15 @@ bool PlanRenameKind(EditStep& step, const EditOperation& op) {
 }
 
 bool PlanRenameManufacturer(EditStep& step, const EditOperation& op) {
-  std::uint32_t kind = 0, manufacturer = 0;
+  std::uint32_t kind = 0, manufacturer = op.manufacturerRecord;
   std::string bytes;
-  if (!FindKind(step, op.kindName, false, &kind) ||
-      !FindManufacturer(step, kind, op.manufacturer, false, &manufacturer) ||
-      !NameBytes(step, "manufacturer", op.newName, &bytes, step.a.Manufacturers()[manufacturer].name)) {
+  if (manufacturer < step.a.Manufacturers().size()) {
+    kind = step.a.Manufacturers()[manufacturer].kind;
+  } else if (!FindKind(step, op.kindName, false, &kind) ||
+             !FindManufacturer(step, kind, op.manufacturer, false, &manufacturer)) {
+    return false;
+  }
+  if (!NameBytes(step, "manufacturer", op.newName, &bytes, step.a.Manufacturers()[manufacturer].name)) {
     return false;
   }
   step.Replace(step.a.Manufacturers()[manufacturer].name, bytes);

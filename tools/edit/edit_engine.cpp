@@ -12,6 +12,7 @@
 #include "tools/edit/byte_splice.h"
 #include "tools/edit/edit_step.h"
 #include "tools/edit/expected_catalogue.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 
@@ -107,7 +108,7 @@ EditResult ApplyEdits(Analysis& analysis, const std::vector<EditOperation>& oper
       // A finding says why a line reads otherwise; the comparison says what
       // differs where no finding does.
       if (const Finding* finding = NewFinding(*base, *next, step.replacements)) {
-        return refuse("the edited file would read otherwise than it looks: " + next->MessageOf(*finding),
+        return refuse("the edited file would read otherwise than it looks: " + ShownText(next->MessageOf(*finding)),
                       finding->span);
       }
       Mismatch mismatch;

@@ -50,9 +50,15 @@ struct EditOperation {
   std::uint32_t definitionRecord = kNoRecord;
   std::string kindName;      // rename-kind, move, add-device, rename-manufacturer
   std::string manufacturer;  // move, add-device, rename-manufacturer
+  // For rename-kind and rename-manufacturer, where set: the record of the
+  // kind or manufacturer in place of its name (an editor's way, which two
+  // of one name do not confuse).
+  std::uint32_t kindRecord = kNoRecord;
+  std::uint32_t manufacturerRecord = kNoRecord;
   std::string newName;       // the renames, add-device
   std::string list;          // "housing", "adapter" or "module"
   std::string entry;         // the list entry the operation names
+  long entryNumber = -1;     // rename-entry, where set: the entry's number in place of its name
   // FIELD=VALUE of set and add-definition, in the order given.
   std::vector<std::pair<std::string, std::string>> assignments;
   long at = -1;             // add-entry --at N: its number; -1: at the end
@@ -91,7 +97,8 @@ struct EditResult {
   std::vector<ByteReplacement> replacements;
   // What the verified read says changed, as devdef diff says it.
   std::vector<DiffChange> changes;
-  // Why the edit was refused or could not be made, in one line; and where:
+  // Why the edit was refused or could not be made, in one line of text
+  // (names in it decoded as the run's encoding decodes them); and where:
   // a place in the old file, or in the edited one when inEdited.
   std::string reason;
   ByteSpan place;

@@ -7,6 +7,7 @@
 #include "tools/edit/edit_address.h"
 #include "tools/edit/edit_step.h"
 #include "tools/edit/edit_values.h"
+#include "tools/text/text_encoding.h"
 
 namespace {
 
@@ -113,18 +114,28 @@ bool PlanAddEntry(EditStep& step, const EditOperation& op) {
     const std::string separator = size >= 2 ? Separator(step, list, entries[k - 2], entries[k - 1]) : ", ";
     step.Insert(entries[k - 1].end, separator + bytes);
   }
+  step.expect.lists[list].insert(step.expect.lists[list].begin() + at, bytes);
+  // An entry appended to the end takes the number that stood past the
+  // list, so the references that used it without a name now name it; the
+  // numbers further past stay past the end. An entry inserted in front of
+  // others moves every number from its own on, past the end too, so that
+  // no reference comes to name another entry than before.
+  if (at == size) return true;
   NumberMap map;
   map.insertedAt = at;
   Renumber(step, list, map);
-  step.expect.lists[list].insert(step.expect.lists[list].begin() + at, bytes);
   step.expect.numbers[list] = map;
   return true;
 }
 
 bool PlanRenameEntry(EditStep& step, const EditOperation& op) {
   int list = 0;
-  long index = 0;
-  if (!ListAndEntries(step, op, &list) || !FindEntry(step, list, op.entry, &index)) return false;
+  long index = op.entryNumber;
+  if (!ListAndEntries(step, op, &list)) return false;
+  if ((index < 0 || static_cast<size_t>(index) >= step.a.ListEntries(list).size()) &&
+      !FindEntry(step, list, op.entry, &index)) {
+    return false;
+  }
   std::string bytes, problem;
   if (!FileBytesOf(op.newName, false, &bytes, &problem)) {
     return step.Refuse("the entry '" + op.newName + "': " + problem, {});
@@ -154,7 +165,7 @@ bool PlanRemoveEntry(EditStep& step, const EditOperation& op) {
       if (number == static_cast<DWORD>(index)) uses.push_back(span);
     });
     if (!uses.empty()) {
-      return step.Refuse(std::string("entry '") + step.Text(entries[i]) + "' of " + kKeywords[list] + " is used " +
+      return step.Refuse(std::string("entry '") + ShownText(step.Text(entries[i])) + "' of " + kKeywords[list] + " is used " +
                              std::to_string(uses.size()) + (uses.size() == 1 ? " time" : " times") +
                              "; name an entry to use instead with --replace-with",
                          entries[i], uses);

@@ -18,6 +18,7 @@ struct DocumentView {
   const PositionConverter& positions;
   int generation;           // the generation in force
   BufferEncoding encoding;  // of the analysis's bytes
+  AnalysisOptions options;  // those the document was read with
 
   // The range of the bytes of span.
   TextRange RangeOf(ByteSpan span) const;

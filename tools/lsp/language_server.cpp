@@ -4,12 +4,16 @@
 #include <initializer_list>
 #include <utility>
 
+#include "tools/lsp/features/code_actions.h"
+#include "tools/lsp/features/completion.h"
 #include "tools/lsp/features/diagnostics.h"
 #include "tools/lsp/features/document_symbols.h"
 #include "tools/lsp/features/folding_ranges.h"
 #include "tools/lsp/features/goto_definition.h"
 #include "tools/lsp/features/hover.h"
 #include "tools/lsp/features/references.h"
+#include "tools/lsp/features/rename.h"
+#include "tools/lsp/features/semantic_tokens.h"
 #include "tools/lsp/protocol/message_parsing.h"
 #include "tools/lsp/protocol/text_positions.h"
 
@@ -40,6 +44,30 @@ std::int64_t VersionOf(const json& document) {
 }
 
 const std::string& UriOf(const json& params) { return StringMember(ObjectMember(params, "textDocument"), "uri"); }
+
+LspPosition PositionOf(const json& at) {
+  return LspPosition{static_cast<long>(IntegerMember(at, "line")), static_cast<long>(IntegerMember(at, "character"))};
+}
+
+// Whether a codeAction request takes quick fixes: it names no kinds, or
+// "quickfix" or a kind that holds it.
+bool WantsQuickFixes(const json& params) {
+  const json* only = Find(params, {"context", "only"});
+  if (only == nullptr || !only->is_array()) return true;
+  for (const json& kind : *only) {
+    if (kind == "" || kind == "quickfix") return true;
+  }
+  return false;
+}
+
+// The bytes of a Range; a position past the last line is the end of the
+// document.
+void BytesOf(const PositionConverter& positions, size_t size, LspPosition start, LspPosition end, size_t* begin,
+             size_t* stop) {
+  if (!positions.ToOffset(start, begin)) *begin = size;
+  if (!positions.ToOffset(end, stop)) *stop = size;
+  if (*stop < *begin) std::swap(*begin, *stop);
+}
 
 }  // namespace
 
@@ -141,6 +169,48 @@ std::string LanguageServer::Request(const std::string& method, const json& param
     return Answer(params, false, "[]",
                   [hierarchical](const DocumentView& view, size_t) { return DocumentSymbols(view, hierarchical); });
   }
+  if (method == "textDocument/semanticTokens/full") {
+    return Answer(params, false, "{\"data\":[]}", [](const DocumentView& view, size_t) {
+      return SemanticTokens(view, 0, view.analysis.Bytes().size());
+    });
+  }
+  if (method == "textDocument/semanticTokens/range") {
+    const json& range = ObjectMember(params, "range");
+    const LspPosition start = PositionOf(ObjectMember(range, "start"));
+    const LspPosition end = PositionOf(ObjectMember(range, "end"));
+    return Answer(params, false, "{\"data\":[]}", [start, end](const DocumentView& view, size_t) {
+      size_t begin = 0;
+      size_t stop = 0;
+      BytesOf(view.positions, view.analysis.Bytes().size(), start, end, &begin, &stop);
+      return SemanticTokens(view, begin, stop);
+    });
+  }
+  if (method == "textDocument/completion") {
+    return Answer(params, true, "{\"isIncomplete\":false,\"items\":[]}",
+                  [](const DocumentView& view, size_t at) { return JsonText(CompletionAt(view, at)); });
+  }
+  if (method == "textDocument/prepareRename") {
+    return Answer(params, true, "null",
+                  [](const DocumentView& view, size_t at) { return JsonText(PrepareRenameAt(view, at)); });
+  }
+  if (method == "textDocument/rename") {
+    const std::string newName = StringMember(params, "newName");
+    return Answer(params, true, "null", [&newName](const DocumentView& view, size_t at) {
+      return JsonText(RenameAt(view, at, newName));
+    });
+  }
+  if (method == "textDocument/codeAction") {
+    const json& range = ObjectMember(params, "range");
+    const LspPosition start = PositionOf(ObjectMember(range, "start"));
+    const LspPosition end = PositionOf(ObjectMember(range, "end"));
+    if (!WantsQuickFixes(params)) return "[]";
+    return Answer(params, false, "[]", [start, end](const DocumentView& view, size_t) {
+      size_t begin = 0;
+      size_t stop = 0;
+      BytesOf(view.positions, view.analysis.Bytes().size(), start, end, &begin, &stop);
+      return JsonText(CodeActionsFor(view, begin, stop));
+    });
+  }
   if (method == "textDocument/foldingRange") {
     return Answer(params, false, "[]", [](const DocumentView& view, size_t) { return JsonText(FoldingRanges(view)); });
   }
@@ -165,6 +235,10 @@ json LanguageServer::Initialize(const json& params) {
            {"referencesProvider", true},
            {"documentSymbolProvider", true},
            {"foldingRangeProvider", true},
+           {"completionProvider", json::object()},
+           {"renameProvider", {{"prepareProvider", true}}},
+           {"codeActionProvider", {{"codeActionKinds", {"quickfix"}}}},
+           {"semanticTokensProvider", {{"legend", SemanticTokensLegend()}, {"range", true}, {"full", true}}},
        }},
       {"serverInfo", {{"name", "devdef"}, {"version", m_version}}},
   };
@@ -196,18 +270,18 @@ std::string LanguageServer::Answer(const json& params, bool atPosition, const ch
                                    const std::function<std::string(const DocumentView&, size_t)>& feature) {
   const std::string& uri = UriOf(params);
   LspPosition position;
-  if (atPosition) {
-    const json& at = ObjectMember(params, "position");
-    position.line = static_cast<long>(IntegerMember(at, "line"));
-    position.character = static_cast<long>(IntegerMember(at, "character"));
-  }
+  if (atPosition) position = PositionOf(ObjectMember(params, "position"));
   Document* document = m_documents.Analysed(uri);
   if (document == nullptr || !document->Usable()) return empty;
   Analysis& analysis = *document->analysis;
   const PositionConverter positions(analysis.Bytes(), analysis.Map(), document->encoding);
-  const DocumentView view{
-      document->uri,     analysis, m_documents.IndexOf(*document), positions, m_documents.Settings().generation,
-      document->encoding};
+  const DocumentView view{document->uri,
+                          analysis,
+                          m_documents.IndexOf(*document),
+                          positions,
+                          m_documents.Settings().generation,
+                          document->encoding,
+                          m_documents.Settings().Options()};
   size_t offset = 0;
   if (atPosition && !positions.ToOffset(position, &offset)) return empty;
   return feature(view, offset);

@@ -131,3 +131,11 @@ std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version,
   out += "]}}";
   return out;
 }
+
+std::string DiagnosticText(const std::string& uri, const Analysis& analysis, const PositionConverter& positions,
+                           BufferEncoding encoding, const Finding& finding) {
+  std::string out;
+  Target target{out, uri, analysis, positions, encoding};
+  AppendDiagnostic(target, finding);
+  return out;
+}

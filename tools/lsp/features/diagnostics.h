@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
+#include "tools/lsp/protocol/text_positions.h"
 #include "tools/text/buffer_encoding.h"
 
 // The body of the textDocument/publishDiagnostics notification for the
@@ -19,5 +20,11 @@
 // hides a version line at the start of the text from the reader.
 std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
                                    BufferEncoding encoding, bool markOnDisk = false);
+
+// One finding of a usable document's analysis as the Diagnostic that the
+// notification above publishes for it (JSON text), for the code actions
+// that fix it.
+std::string DiagnosticText(const std::string& uri, const Analysis& analysis, const PositionConverter& positions,
+                           BufferEncoding encoding, const Finding& finding);
 
 #endif  // DEVDEF_TOOLS_LSP_FEATURES_DIAGNOSTICS_H_

@@ -19,6 +19,7 @@ enum RpcErrorCode : int {
   kInternalError = -32603,
   kServerNotInitialized = -32002,
   kRequestCancelled = -32800,
+  kRequestFailed = -32803,  // a request that was understood but could not be carried out
 };
 
 // Thrown by a handler: the request is answered with this error.
