@@ -9,20 +9,34 @@ std::vector<ListEntryChange> DiffList(const std::vector<std::string>& oldList,
   newPlaces.reserve(newList.size());
   for (size_t i = 0; i < newList.size(); ++i) newPlaces[newList[i]].push_back(static_cast<long>(i));
   std::unordered_map<std::string, size_t> taken;
+  std::vector<long> pairedWith(oldList.size(), -1);
   std::vector<bool> newPaired(newList.size(), false);
-  std::vector<ListEntryChange> changes;
   for (size_t i = 0; i < oldList.size(); ++i) {
-    const long oldIndex = static_cast<long>(i);
     auto places = newPlaces.find(oldList[i]);
     size_t& next = taken[oldList[i]];
-    if (places == newPlaces.end() || next >= places->second.size()) {
+    if (places == newPlaces.end() || next >= places->second.size()) continue;
+    pairedWith[i] = places->second[next++];
+    newPaired[static_cast<size_t>(pairedWith[i])] = true;
+  }
+  // The place of each paired entry among the paired entries of the new
+  // list: an entry moved when that differs from its place among them in the
+  // old one. Entries that came or went in front of it shift its number, but
+  // do not move it.
+  std::vector<long> newRank(newList.size(), -1);
+  long rank = 0;
+  for (size_t i = 0; i < newList.size(); ++i) {
+    if (newPaired[i]) newRank[i] = rank++;
+  }
+  std::vector<ListEntryChange> changes;
+  rank = 0;
+  for (size_t i = 0; i < oldList.size(); ++i) {
+    const long oldIndex = static_cast<long>(i);
+    if (pairedWith[i] < 0) {
       changes.push_back(ListEntryChange{ListEntryChange::Change::kRemoved, oldList[i], oldIndex, -1});
       continue;
     }
-    const long newIndex = places->second[next++];
-    newPaired[static_cast<size_t>(newIndex)] = true;
-    if (newIndex != oldIndex) {
-      changes.push_back(ListEntryChange{ListEntryChange::Change::kMoved, oldList[i], oldIndex, newIndex});
+    if (newRank[static_cast<size_t>(pairedWith[i])] != rank++) {
+      changes.push_back(ListEntryChange{ListEntryChange::Change::kMoved, oldList[i], oldIndex, pairedWith[i]});
     }
   }
   for (size_t i = 0; i < newList.size(); ++i) {

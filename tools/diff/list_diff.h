@@ -1,7 +1,9 @@
 // The differences between two header lists by their names: entries added,
-// removed, and moved (their number, the place in the list that definitions
-// refer to, changed, whether they were put elsewhere or others came or went
-// in front of them).
+// removed, and moved: put elsewhere among the entries both lists hold, so
+// that their order changed (each entry of a swap is moved). A number that
+// shifts only because entries came or went in front of it is no change:
+// definitions refer to entries through their numbers, but compared by
+// names they still name the same entries.
 #ifndef DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
 #define DEVDEF_TOOLS_DIFF_LIST_DIFF_H_
 
