@@ -22,7 +22,7 @@ commands:
             each library build into a temporary prefix and build and run the
             host samples of examples/host against it (find_package,
             pkg-config); render the API reference; run each fuzz target for
-            a short smoke (FUZZ_SECONDS, default 30); check the coverage of
+            a short smoke (FUZZ_SECONDS, default 20); check the coverage of
             the library (at least 95% of lines and 90% of branches)
   docs      render the API reference and the host guide with Doxygen into
             build/docs/html (any Doxygen warning fails)
@@ -102,7 +102,7 @@ coverage() {
 }
 
 fuzz_smoke() {
-  cmake --preset fuzz -DDEVDEF_FUZZ_SECONDS="${FUZZ_SECONDS:-30}"
+  cmake --preset fuzz -DDEVDEF_FUZZ_SECONDS="${FUZZ_SECONDS:-20}"
   cmake --build --preset fuzz --parallel "$JOBS"
   ctest --preset fuzz --parallel "$JOBS"
 }
