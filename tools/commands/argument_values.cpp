@@ -18,6 +18,27 @@ bool SameWord(const std::string& x, const std::string& y, bool ignoreCase) {
 
 }  // namespace
 
+bool ParseCount(const std::string& text, long* count, std::string* problem) {
+  long value = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') {
+      *problem = "'" + text + "' is not a count (0, 1, 2, ...)";
+      return false;
+    }
+    value = value * 10 + (c - '0');
+    if (value > 2147483647L) {
+      *problem = "'" + text + "' is out of range: at most 2147483647";
+      return false;
+    }
+  }
+  if (text.empty()) {
+    *problem = "'' is not a count (0, 1, 2, ...)";
+    return false;
+  }
+  *count = value;
+  return true;
+}
+
 bool ParseDefinitionId(const std::string& text, std::uint32_t* id, std::string* problem) {
   size_t at = 0;
   const bool negative = !text.empty() && text[0] == '-';

@@ -14,6 +14,10 @@
 // same 32 bits (so -1 is 4294967295). False with the problem otherwise.
 bool ParseDefinitionId(const std::string& text, std::uint32_t* id, std::string* problem);
 
+// A count: decimal digits, 0 or more, up to 2147483647. False with the
+// problem otherwise.
+bool ParseCount(const std::string& text, long* count, std::string* problem);
+
 // Empty when value is one of allowed (ASCII case ignored when ignoreCase),
 // else "'VALUE' is not one of A, B, C".
 std::string OneOfProblem(const std::string& value, const std::vector<std::string>& allowed, bool ignoreCase);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/commands/argument_values.h"
 #include "tools/commands/command.h"
 #include "tools/diagnostics/finding_filter.h"
 #include "tools/diagnostics/gcc_output.h"
@@ -22,7 +23,11 @@ struct CheckArguments : CommonArguments {
   std::vector<std::string> select;
   std::vector<std::string> ignore;
   bool listKinds = false;
+  long maxFindings = -1;  // -1: the form's default
 };
+
+// How many findings the text form shows when --max-findings does not say.
+constexpr long kTextFindingLimit = 100;
 
 // Every kind with its severity and help, one line each, or as JSON.
 int ListKinds(bool json) {
@@ -51,14 +56,28 @@ int RunCheck(const CheckArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args, false);
   if (analysis == nullptr) return kExitFileError;
   const Findings& all = analysis->FindingsOf();
-  const std::vector<const Finding*> findings = filter.Apply(all.List());
+  std::vector<ShownFinding> findings = MergeRepeats(*analysis, filter.Apply(all.List()));
+  // The counts and the exit status are of every finding, shown or not.
   const SeverityCounts counts = CountSeverities(findings);
+  const bool text = !json && args.format != "sarif";
+  const long limit = args.maxFindings >= 0 ? args.maxFindings : text ? kTextFindingLimit : 0;
+  size_t leftOut = 0;
+  if (limit > 0 && findings.size() > static_cast<size_t>(limit)) {
+    leftOut = findings.size() - static_cast<size_t>(limit);
+    findings.resize(static_cast<size_t>(limit));
+  }
   if (json) {
-    PrintFindingsJson(stdout, DocumentFrame(*analysis), *analysis, all, findings);
-  } else if (args.format == "sarif") {
-    PrintSarifLog(stdout, args.file, *analysis, all, findings);
+    PrintFindingsJson(stdout, DocumentFrame(*analysis), *analysis, all, findings, counts, leftOut);
+  } else if (!text) {
+    PrintSarifLog(stdout, args.file, *analysis, all, findings, leftOut);
   } else {
     PrintGccDiagnostics(stdout, args.file, *analysis, all, findings);
+    // As compilers stop at their error limit: the last line says what is
+    // left out and how to see it.
+    if (leftOut > 0) {
+      std::printf("devdef: %zu more finding%s not shown (--max-findings %ld; 0 shows all)\n", leftOut,
+                  leftOut == 1 ? "" : "s", limit);
+    }
     // No summary of findings that did not reach their reader.
     if (!OutputReached(stdout, "standard output")) return kExitFileError;
     if (!findings.empty() && !args.quiet) std::fprintf(stderr, "%s\n", SummaryText(counts).c_str());
@@ -90,6 +109,23 @@ Command AddCheckCommand(CLI::App& app) {
   command->add_option("--ignore", args->ignore, "do not report these kinds (comma-separated; repeatable)")
       ->delimiter(',')
       ->allow_extra_args(false);
+  command
+      ->add_option_function<std::string>(
+          "--max-findings",
+          [args](const std::string& text) {
+            std::string problem;
+            ParseCount(text, &args->maxFindings, &problem);
+          },
+          "show at most N findings, then say how many are left out; 0 shows all (default: 100 in the text form, "
+          "all in json and sarif)")
+      ->type_name("N")
+      ->check(CLI::Validator(
+          [](std::string& text) {
+            long count = 0;
+            std::string problem;
+            return ParseCount(text, &count, &problem) ? std::string() : problem;
+          },
+          ""));
   CLI::Option* listKinds =
       command->add_flag("--list-kinds", args->listKinds, "print every kind of finding with its severity and help");
   listKinds->excludes(file);

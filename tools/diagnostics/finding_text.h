@@ -5,12 +5,14 @@
 #include <string>
 
 #include "tools/analysis/analysis.h"
+#include "tools/diagnostics/repeated_findings.h"
 #include "tools/text/text_encoding.h"
 
-// The message of a finding about analysis's file, one of findings, as UTF-8
-// (the run's encoding), with " (N times)" behind it when N identical
-// findings were merged into this one.
-std::string FindingMessage(const Analysis& analysis, const Findings& findings, const Finding& finding);
+// The message of a shown finding about analysis's file, one of findings, as
+// UTF-8 (the run's encoding), with what RepeatSuffix says behind it, its
+// columns in unit.
+std::string FindingMessage(const Analysis& analysis, const Findings& findings, const ShownFinding& shown,
+                           ColumnUnit unit);
 // What a related place says, as UTF-8.
 std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place);
 

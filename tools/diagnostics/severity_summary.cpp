@@ -8,10 +8,10 @@ std::string Counted(int count, const char* noun) {
 
 }  // namespace
 
-SeverityCounts CountSeverities(const std::vector<const Finding*>& findings) {
+SeverityCounts CountSeverities(const std::vector<ShownFinding>& findings) {
   SeverityCounts counts;
-  for (const Finding* finding : findings) {
-    switch (finding->severity) {
+  for (const ShownFinding& shown : findings) {
+    switch (shown.finding->severity) {
       case Severity::kError:
         ++counts.errors;
         break;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/analysis/finding.h"
+#include "tools/diagnostics/repeated_findings.h"
 
 // The number of findings of each severity.
 struct SeverityCounts {
@@ -15,8 +16,9 @@ struct SeverityCounts {
   int notes = 0;
 };
 
-// The findings, each with its kind, counted by the severity of their kind.
-SeverityCounts CountSeverities(const std::vector<const Finding*>& findings);
+// The shown findings counted by their severity: findings merged into one
+// count once, as they are one problem to the reader.
+SeverityCounts CountSeverities(const std::vector<ShownFinding>& findings);
 // "2 errors, 1 warning, 0 notes": each count with its noun, singular for 1.
 std::string SummaryText(const SeverityCounts& counts);
 // True when a finding of threshold or a higher severity was counted; error

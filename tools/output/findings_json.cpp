@@ -18,7 +18,8 @@ void AddRange(json& object, const Analysis& analysis, ByteSpan span) {
   object["end_column"] = range.stop.column;
 }
 
-json FindingJson(const Analysis& analysis, const Findings& findings, const Finding* finding) {
+json FindingJson(const Analysis& analysis, const Findings& findings, const ShownFinding& shown) {
+  const Finding* finding = shown.finding;
   json related = json::array();
   for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
     json item = json::object();
@@ -28,11 +29,12 @@ json FindingJson(const Analysis& analysis, const Findings& findings, const Findi
     related.push_back(std::move(item));
   }
   json item = json::object();
-  AddRange(item, analysis, finding->span);
+  AddRange(item, analysis, shown.Whole());
+  if (shown.Spread()) item["last_column"] = ShownPoint(analysis, shown.last.begin, ColumnUnit::kCodePoints).column;
   item["severity"] = SeverityName(finding->severity);
   item["kind"] = InfoOf(finding->kind).id;
   PutShownText(item, "message", analysis.MessageOf(*finding, findings));
-  item["count"] = finding->count;
+  item["count"] = shown.count;
   item["related"] = std::move(related);
   return item;
 }
@@ -40,12 +42,12 @@ json FindingJson(const Analysis& analysis, const Findings& findings, const Findi
 }  // namespace
 
 void PrintFindingsJson(std::FILE* out, json frame, const Analysis& analysis, const Findings& findings,
-                       const std::vector<const Finding*>& shown) {
-  const SeverityCounts counts = CountSeverities(shown);
+                       const std::vector<ShownFinding>& shown, const SeverityCounts& counts, size_t leftOut) {
   frame["summary"] = {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
+  if (leftOut > 0) frame["summary"]["left_out"] = leftOut;
   JsonStream stream(out);
   stream.OpenObject(std::move(frame), "findings");
-  for (const Finding* finding : shown) stream.Element(FindingJson(analysis, findings, finding));
+  for (const ShownFinding& item : shown) stream.Element(FindingJson(analysis, findings, item));
   stream.CloseObject();
 }
 

@@ -39,13 +39,14 @@ json PhysicalLocation(const std::string& uri, const Analysis& analysis, ByteSpan
 }
 
 // One finding as a result of the run.
-json Result(const std::string& uri, const Analysis& analysis, const Findings& findings, const Finding* finding) {
+json Result(const std::string& uri, const Analysis& analysis, const Findings& findings, const ShownFinding& shown) {
+  const Finding* finding = shown.finding;
   json result = {{"ruleId", InfoOf(finding->kind).id},
                  {"ruleIndex", static_cast<int>(finding->kind)},
                  {"level", Level(finding->severity)},
-                 {"message", {{"text", FindingMessage(analysis, findings, *finding)}}},
-                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, analysis, finding->span)}}})},
-                 {"occurrenceCount", finding->count}};
+                 {"message", {{"text", FindingMessage(analysis, findings, shown, ColumnUnit::kCodePoints)}}},
+                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, analysis, shown.Whole())}}})},
+                 {"occurrenceCount", shown.count}};
   if (finding->relatedCount > 0) {
     json related = json::array();
     for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
@@ -79,16 +80,17 @@ std::string PathToUri(const std::string& path) {
 }
 
 void PrintSarifLog(std::FILE* out, const std::string& file, const Analysis& analysis, const Findings& findings,
-                   const std::vector<const Finding*>& shown) {
+                   const std::vector<ShownFinding>& shown, size_t leftOut) {
   const std::string uri = PathToUri(file);
   json driver = {{"name", "devdef"}, {"version", DEVDEF_VERSION}, {"rules", Rules()}};
   json run = {{"tool", {{"driver", std::move(driver)}}},
               {"artifacts", json::array({{{"location", {{"uri", uri}}}, {"roles", json::array({"analysisTarget"})}}})},
               {"columnKind", "unicodeCodePoints"}};
+  if (leftOut > 0) run["properties"] = {{"findingsLeftOut", leftOut}};
   JsonStream stream(out);
   stream.OpenObject(json{{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"}, {"version", "2.1.0"}}, "runs");
   stream.OpenObject(std::move(run), "results");
-  for (const Finding* finding : shown) stream.Element(Result(uri, analysis, findings, finding));
+  for (const ShownFinding& item : shown) stream.Element(Result(uri, analysis, findings, item));
   stream.CloseObject();
   stream.CloseObject();
 }
