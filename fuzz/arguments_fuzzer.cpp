@@ -1,10 +1,12 @@
 // The values of the tool's options as a command line gives them: an id
 // (the words of the input up to its first NUL) is taken exactly when it is
-// decimal digits with a sign at most and within 32 bits; the names most
+// decimal digits with a sign at most and within 32 bits, a count exactly
+// when it is digits without a sign up to 2147483647; the names most
 // like any word are among the names offered (the NUL-separated words
 // behind it), at most three.
 #include <cstddef>
 #include <cstdint>
+#include <algorithm>
 #include <cstring>
 #include <set>
 #include <string>
@@ -47,6 +49,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
   DEVDEF_FUZZ_CHECK(taken == ReferenceId(word, &expected));
   DEVDEF_FUZZ_CHECK(taken ? problem.empty() && id == expected
                           : problem.compare(0, word.size() + 2, "'" + word + "'") == 0);
+
+  long count = -1;
+  std::string countProblem;
+  const bool counted = ParseCount(word, &count, &countProblem);
+  const bool digitsOnly = !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+  const size_t significant = digitsOnly ? word.size() - std::min(word.find_first_not_of('0'), word.size() - 1) : 0;
+  const bool inRange =
+      digitsOnly && (significant < 10 || (significant == 10 && word.substr(word.size() - 10) <= "2147483647"));
+  DEVDEF_FUZZ_CHECK(counted == inRange);
+  DEVDEF_FUZZ_CHECK(counted ? countProblem.empty() && count >= 0 && std::to_string(count).size() == significant
+                            : countProblem.compare(0, word.size() + 2, "'" + word + "'") == 0);
 
   // The rest of the input, NUL-separated, are the names offered.
   std::vector<std::string> names;

@@ -7,6 +7,7 @@
 #ifndef DEVDEF_TOOLS_ANALYSIS_ANALYSIS_H_
 #define DEVDEF_TOOLS_ANALYSIS_ANALYSIS_H_
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -24,6 +25,9 @@ struct AnalysisOptions {
   int generation = 5;
   bool checkIds = false;
   std::string pathPrefix;  // the controller's path prefix: where its device list export goes
+  // Where the read stands, in bytes, stored now and then for a progress
+  // display; null for none.
+  std::atomic<std::uint64_t>* progress = nullptr;
 };
 
 class AnalysisCtrl;  // tools/analysis/analysis_ctrl.h

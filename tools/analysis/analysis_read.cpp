@@ -141,6 +141,7 @@ void Analysis::ReadWith(const std::string& libraryPath, const AnalysisOptions& o
   // The name lists belong to the whole process: this read starts them anew.
   m_ctrl->Ctrl().RemoveDefLists();
   ReadRecorder recorder(m_records, layout);
+  recorder.ReportTo(options.progress);
   const AFX_MESSAGEBOX_HANDLER shown = AfxSetMessageBoxHandler(&SilentBox);
   {
     DevdefReadObserverScope watching(&recorder);

@@ -34,6 +34,7 @@ void ReadRecorder::EndRead(CByteArray& buffer) {
 }
 
 void ReadRecorder::LineEnd(DWORD nPos, int /*nLineState*/) {
+  if (m_progress != nullptr) m_progress->store(nPos, std::memory_order_relaxed);
   EndLine(nPos, false);
   m_lineStart = nPos + 1;
   m_lineFresh = true;
@@ -381,6 +382,7 @@ void ReadRecorder::HousingNumbers(int nTaken, bool bDevice) {
 }
 
 void ReadRecorder::BlockEnd(int nResult, DWORD nPos) {
+  if (m_progress != nullptr) m_progress->store(nPos, std::memory_order_relaxed);
   // What a write does not keep of the device, noted behind what its lines
   // said.
   const DeviceRecord& device = m_r.devices.back();

@@ -6,6 +6,7 @@
 #ifndef DEVDEF_TOOLS_ANALYSIS_READ_RECORDER_H_
 #define DEVDEF_TOOLS_ANALYSIS_READ_RECORDER_H_
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -46,6 +47,9 @@ class ReadRecorder : public DevdefReadObserver {
  public:
   // layout: the layout of the controller that reads.
   ReadRecorder(ReadRecords& records, int layout) : m_r(records), m_layout(layout) { m_bFields = true; }
+  // Where the read stands goes to progress (in bytes) at each line end
+  // and block end.
+  void ReportTo(std::atomic<std::uint64_t>* progress) { m_progress = progress; }
 
   void BeginRead(const BYTE* pBuffer, DWORD nSize) override;
   void EndRead(CByteArray& buffer) override;
@@ -129,6 +133,7 @@ class ReadRecorder : public DevdefReadObserver {
   // A housing line's list: where its text starts, its entries.
   std::uint32_t m_housingBase = 0;
   std::vector<ByteSpan> m_housingEntries;
+  std::atomic<std::uint64_t>* m_progress = nullptr;
 };
 
 #endif  // DEVDEF_TOOLS_ANALYSIS_READ_RECORDER_H_

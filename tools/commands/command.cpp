@@ -1,5 +1,7 @@
 #include "tools/commands/command.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "tools/commands/argument_values.h"
@@ -7,6 +9,7 @@
 #include "tools/diagnostics/finding_text.h"
 #include "tools/text/control_escape.h"
 #include "tools/text/output_status.h"
+#include "tools/text/progress_line.h"
 #include "tools/text/text_encoding.h"
 
 CLI::Validator OneOf(const std::vector<std::string>& allowed, bool ignoreCase) {
@@ -59,15 +62,26 @@ CLI::Option* AddIdOption(CLI::App* command, std::uint32_t& id) {
 
 std::unique_ptr<Analysis> ReadForCommand(const CommonArguments& args, bool reportDuplicates) {
   std::unique_ptr<Analysis> analysis;
+  // A read that takes long shows where it stands; the line is gone before
+  // the command says or prints anything.
+  progress_line::Enable(!args.quiet);
+  AnalysisOptions options = args.options;
+  options.progress = &progress_line::Position();
   if (args.file == "-") {
+    progress_line::Start("reading standard input", 0);
     std::string bytes;
     char block[65536];
     size_t got = 0;
     while ((got = std::fread(block, 1, sizeof block, stdin)) > 0) bytes.append(block, got);
-    analysis = Analysis::ReadText("<stdin>", std::move(bytes), args.options);
+    progress_line::Start("reading standard input", bytes.size());
+    analysis = Analysis::ReadText("<stdin>", std::move(bytes), options);
   } else {
-    analysis = Analysis::ReadFile(args.file, args.options);
+    struct stat info;
+    const bool sized = ::stat(args.file.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+    progress_line::Start("reading " + args.file, sized ? static_cast<std::uint64_t>(info.st_size) : 0);
+    analysis = Analysis::ReadFile(args.file, options);
   }
+  progress_line::Stop();
   if (!analysis->Usable()) {
     std::fprintf(stderr, "devdef: %s\n", analysis->Error().c_str());
     return nullptr;

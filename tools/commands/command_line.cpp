@@ -5,6 +5,7 @@
 
 #include "tools/commands/argument_values.h"
 #include "tools/text/output_status.h"
+#include "tools/text/progress_line.h"
 
 namespace {
 
@@ -113,6 +114,7 @@ int RunCommandLine(CLI::App& app, const std::vector<Command>& commands, std::vec
       }
       ran = &command;
       status = command.run();
+      progress_line::Stop();
     }
   } catch (const CLI::CallForHelp& e) {
     status = app.exit(e);
