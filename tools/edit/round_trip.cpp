@@ -94,6 +94,17 @@ struct PendingLoss {
   bool generalReason = false;
 };
 
+// What the writer of layout 2 does to every file, when it does: the reason
+// for a loss that has none of its own.
+const Finding* GeneralReasonOf(const Analysis& input) {
+  for (const Finding& finding : input.FindingsOf().List()) {
+    if (finding.kind == FindingKind::kLayout2Writer) return &finding;
+  }
+  return nullptr;
+}
+
+bool GivesGeneralReason(const Analysis& input) { return GeneralReasonOf(input) != nullptr; }
+
 class RoundTrip {
  public:
   RoundTrip(Analysis& input, Severity severity) : m_input(input), m_severity(severity) {
@@ -114,10 +125,8 @@ class RoundTrip {
           m_reasons.emplace_back(line, number);
         }
       }
-      // What the writer of layout 2 does to every file: the reason for a
-      // loss that has none of its own.
-      if (m_general.empty() && kind == FindingKind::kLayout2Writer) m_general = input.MessageOf(finding);
     }
+    if (const Finding* general = GeneralReasonOf(input)) m_general = input.MessageOf(*general);
     // What the input's findings say of misreadings is said before any of
     // its definitions are let go of.
     AddKeptMisreadings(input, severity, &m_kept);
@@ -209,10 +218,6 @@ class RoundTrip {
     losses.Finish();
     return losses;
   }
-
-  // Whether the input's findings give the reason for a loss that has none
-  // of its own (what the layout 2 writer does to every file).
-  bool HasGeneralReason() const { return !m_general.empty(); }
 
   // Lets go of the definitions and housings of every device of the input.
   void ReleaseInput() {
@@ -449,9 +454,12 @@ Findings DoesNotReadBack(const std::string& error, Severity severity) {
 // The written file analysed as a whole, and its catalogue compared in the
 // order of its walk, which keeps the order of the file for each kind,
 // manufacturer and name.
-Findings CompareAnalysed(RoundTrip& trip, const std::vector<std::string> (&lists)[3], const std::string& writtenPath,
+Findings CompareAnalysed(Analysis& input, const std::vector<std::string> (&lists)[3], const std::string& writtenPath,
                          int layout, Severity severity) {
   std::unique_ptr<Analysis> back = AnalyseWritten(writtenPath, layout);
+  // Made only now, so that what it holds (the input's line starts among
+  // them) does not add to the peak of the written file's read.
+  RoundTrip trip(input, severity);
   if (!back->Read()) {
     trip.ReleaseInput();
     return DoesNotReadBack(back->Error(), severity);
@@ -474,8 +482,9 @@ Findings CompareAnalysed(RoundTrip& trip, const std::vector<std::string> (&lists
 // The written file read back by a bare controller, compared device by
 // device as the read goes on, each device of the input let go of once
 // compared: the peak holds about one catalogue, not two.
-Findings CompareAsRead(RoundTrip& trip, const std::vector<std::string> (&lists)[3], const std::string& writtenPath,
+Findings CompareAsRead(Analysis& input, const std::vector<std::string> (&lists)[3], const std::string& writtenPath,
                        int layout, Severity severity) {
+  RoundTrip trip(input, severity);
   bool read = false;
   std::unique_ptr<AnalysisCtrl> back = ReadBack(
       writtenPath, layout,
@@ -506,15 +515,14 @@ Findings RoundTripLosses(Analysis& input, const std::string& writtenPath, int la
   const std::vector<std::string> lists[3] = {ListSnapshot(DEVICE_ITEM::m_PackageList),
                                              ListSnapshot(DEVICE_ITEM::m_AdapterList),
                                              ListSnapshot(DEVICE_ITEM::m_ModulList)};
-  RoundTrip trip(input, severity);
   // The layout 7 writer puts HOUSING_LIST on one line, which the reader
   // does not take, and its scan for the "{" passes over the lines behind
   // it: where the written file first reads otherwise is the reason for the
   // losses that have none of their own, and that takes the analysis of the
   // written file. When that is all but certain, the written file is read
   // once, analysed; else it is read back bare.
-  if (layout == 7 && !trip.HasGeneralReason() && !input.ListNames(0).empty()) {
-    return CompareAnalysed(trip, lists, writtenPath, layout, severity);
+  if (layout == 7 && !GivesGeneralReason(input) && !input.ListNames(0).empty()) {
+    return CompareAnalysed(input, lists, writtenPath, layout, severity);
   }
-  return CompareAsRead(trip, lists, writtenPath, layout, severity);
+  return CompareAsRead(input, lists, writtenPath, layout, severity);
 }
