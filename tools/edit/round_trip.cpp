@@ -8,15 +8,17 @@
 #include <functional>
 #include <iterator>
 #include <memory>
-#include <utility>
 #include <unordered_set>
+#include <utility>
 
 #include "tools/edit/kept_misreadings.h"
 #include "tools/edit/read_back.h"
 
 namespace {
 
-std::string Bytes(const CString& text) { return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength())); }
+std::string Bytes(const CString& text) {
+  return std::string(static_cast<LPCTSTR>(text), static_cast<size_t>(text.GetLength()));
+}
 
 bool SameBytes(const CString& a, const CString& b) {
   return a.GetLength() == b.GetLength() &&
@@ -62,7 +64,8 @@ TextBack CompareText(const CString& was, const CString& is) {
 // The first field but the text in which two definitions differ, as "what:
 // old -> new", or empty when the written one reads back with them all.
 std::string DefinitionDifference(const DEVICE_KVRXDEF_ITEM& was, const DEVICE_KVRXDEF_ITEM& is) {
-  if (was.m_DefID != is.m_DefID) return "id " + std::to_string(was.m_DefID) + " reads back as " + std::to_string(is.m_DefID);
+  if (was.m_DefID != is.m_DefID)
+    return "id " + std::to_string(was.m_DefID) + " reads back as " + std::to_string(is.m_DefID);
   if (was.m_KvrType != is.m_KvrType) {
     return "generation " + std::to_string(was.m_KvrType) + " reads back as " + std::to_string(is.m_KvrType);
   }
@@ -194,8 +197,7 @@ class RoundTrip {
     // The losses of the lists come first, then those of the devices as the
     // read-back found them; their places differ, and the findings are
     // put in the order of the file, stably.
-    m_pending.insert(m_pending.end(), std::make_move_iterator(devices.begin()),
-                     std::make_move_iterator(devices.end()));
+    m_pending.insert(m_pending.end(), std::make_move_iterator(devices.begin()), std::make_move_iterator(devices.end()));
     ReportTextBlanks();
     ReleaseInput();
     // What only the comparison needed goes before the written file may be
@@ -264,7 +266,8 @@ class RoundTrip {
     for (auto it = first + skip; it != m_rest.end() && it->first == hash; ++it) {
       if (m_compared[it->second] || !SamePath(it->second, kind, manuf, device)) continue;
       m_compared[it->second] = true;
-      while (first + skip != m_rest.end() && (first + skip)->first == hash && m_compared[(first + skip)->second]) ++skip;
+      while (first + skip != m_rest.end() && (first + skip)->first == hash && m_compared[(first + skip)->second])
+        ++skip;
       return it->second;
     }
     return kNoRecord;
@@ -277,7 +280,8 @@ class RoundTrip {
       const std::vector<std::string>& was = lists[list];
       const CStringArray& is = *back[list];
       size_t same = 0;
-      while (same < was.size() && same < static_cast<size_t>(is.GetSize()) && was[same] == Bytes(is[static_cast<int>(same)])) {
+      while (same < was.size() && same < static_cast<size_t>(is.GetSize()) &&
+             was[same] == Bytes(is[static_cast<int>(same)])) {
         ++same;
       }
       if (same == was.size() && was.size() == static_cast<size_t>(is.GetSize())) continue;
@@ -322,7 +326,8 @@ class RoundTrip {
     const DeviceRecord& place = m_input.Devices()[record];
     DEVICE_ITEM& device = *place.device;
     const ByteSpan* name = &place.name;
-    if (device.m_DeviceFlags != back.m_DeviceFlags) Loss(name, "the mark of the device " + Quoted(device.m_DeviceName) + " does not read back");
+    if (device.m_DeviceFlags != back.m_DeviceFlags)
+      Loss(name, "the mark of the device " + Quoted(device.m_DeviceName) + " does not read back");
     if (Numbers(device.m_HousingIds) != Numbers(back.m_HousingIds)) {
       Loss(name, "the housings " + Numbers(device.m_HousingIds) + " of the device " + Quoted(device.m_DeviceName) +
                      " read back as " + Numbers(back.m_HousingIds));
@@ -373,8 +378,9 @@ class RoundTrip {
                                                 : "the texts of " + std::to_string(m_blankCount) +
                                                       " definitions, from " + m_firstBlankWhat + " on, read";
     Loss(m_firstBlank,
-         which + " back with one more blank in front: the reader keeps the blank behind the \":\" as the text's "
-                 "first byte, and the writer puts another in front of it, so each rewrite adds one",
+         which +
+             " back with one more blank in front: the reader keeps the blank behind the \":\" as the text's "
+             "first byte, and the writer puts another in front of it, so each rewrite adds one",
          false);
   }
 
