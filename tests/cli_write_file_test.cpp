@@ -1,6 +1,8 @@
 // What devdef write does to the file it replaces: the file keeps its mode
 // and owner, a read-only file is refused and left as it is, and a signal
-// that ends the write leaves no temporary file behind.
+// that ends the write leaves no temporary file behind. And what its
+// read-back finds in a file of many devices, where it compares device by
+// device as it reads.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
@@ -11,6 +13,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <sstream>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -139,6 +142,65 @@ TEST(CliWriteFile, SignalRemovesTheTemporaryFile) {
     EXPECT_EQ(WTERMSIG(status), signal);
     EXPECT_EQ(dir.Listing("/tmp"), "");
   }
+}
+
+// 3,000 devices of one definition each in layout 1, device i on line
+// 7 + 4i; device 1000 named as middle (with a blank or a ":" that the
+// written file reads otherwise, so that the read-back no longer has the
+// devices in the input's order), devices 2000 and 2001 both named TWIN
+// and 2001 and 2990 marked, which the layout 1 writer does not keep.
+std::string ManyDevices(const std::string& middle) {
+  std::ostringstream text;
+  text << "DEF_LAYOUT_VERSION = 1\nHOUSING_LIST DIP8;\nADAPTER_LIST ADP;\nMODUL_LIST BASE;\nEPROM:\n:AMD\n";
+  for (int i = 0; i < 3000; ++i) {
+    std::string name = i == 1000 ? middle : i == 2000 || i == 2001 ? "TWIN" : "D" + std::to_string(i);
+    if (i == 2001 || i == 2990) name = "\xB0" + name;
+    text << name << "\n{\nKVR5DEF: " << i + 1 << " 0 0 0 28 : t" << i << "\n}\n";
+  }
+  return text.str();
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+// Losses behind the place where the read-back leaves the input's order are
+// found all the same, each at its place: the second of two devices of one
+// name stands for the second, and the blanks are said at the input's first
+// definition.
+TEST(CliWriteFile, LossesOfAManyDeviceFileAreFoundAtTheirPlaces) {
+  ScratchDir dir;
+  std::ofstream(dir.Path() + "/big.def", std::ios::binary) << ManyDevices("X_");
+  const ToolRun lost = RunTool("write big.def -o out.def", "2>&1", dir.Path());
+  EXPECT_EQ(lost.status, 1);
+  const std::vector<std::string> expected = {
+      "big.def:9:1: error: the texts of 2999 definitions, from definition 1 of 'D0' on, read back with one more "
+      "blank in front: the reader keeps the blank behind the \":\" as the text's first byte, and the writer puts "
+      "another in front of it, so each rewrite adds one [write-loss]",
+      "big.def:4007:1: error: device 'X ' does not read back (device name 'X ' holds a blank, which the writer "
+      "keeps: the name will not read back whole) [write-loss]",
+      "big.def:8011:1: error: the mark of the device 'TWIN' does not read back [write-loss]",
+      "big.def:11967:1: error: the mark of the device 'D2990' does not read back [write-loss]",
+      "devdef: nothing written: the write would lose what the file holds in 4 places (--force writes it all the "
+      "same)"};
+  EXPECT_EQ(Lines(lost.out), expected);
+  EXPECT_EQ(dir.Listing(), "big.def\n");
+
+  // A kind line in the middle: the devices behind it go to the manufacturer
+  // before it, under another kind than the last, as the reader read them.
+  std::ofstream(dir.Path() + "/big.def", std::ios::binary) << ManyDevices("TWIN:");
+  const std::vector<std::string> lines = Lines(RunTool("write big.def -o out.def", "2>&1", dir.Path()).out);
+  ASSERT_EQ(lines.size(), 2005u);
+  EXPECT_EQ(lines[2], "big.def:4008:1: error: written as the reader read it: block line read as a device named '{' "
+                      "[write-loss]");
+  EXPECT_EQ(lines[1003], "big.def:8011:1: error: the mark of the device 'TWIN' does not read back [write-loss]");
+  EXPECT_EQ(lines[1993], "big.def:11967:1: error: the mark of the device 'D2990' does not read back [write-loss]");
+  EXPECT_EQ(lines.back(),
+            "devdef: nothing written: the write would lose what the file holds in 2003 places (--force writes it "
+            "all the same)");
 }
 
 }  // namespace

@@ -172,7 +172,6 @@ int RunEdit(EditArguments& args) {
   }
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
-  const std::string oldBytes(analysis->Bytes());
   const EditResult result = ApplyEdits(*analysis, operations, args.dryRun || args.json);
   if (result.status != EditResult::Status::kApplied) return ReportFailure(args, *analysis, result);
 
@@ -182,7 +181,8 @@ int RunEdit(EditArguments& args) {
     PrintJson(DiffJson(args.file, analysis->Layout(), target, analysis->Layout(), result.changes,
                        [](const std::string& bytes) { return ShownText(bytes); }));
   } else if (args.dryRun) {
-    std::fputs(UnifiedDiff(oldBytes, result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);
+    // The edit leaves the analysis as it was: its bytes are the old file's.
+    std::fputs(UnifiedDiff(analysis->Bytes(), result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);
     if (!result.changes.empty()) {
       std::fputs("\n", stdout);
       PrintDiffText(stdout, result.changes, StylesWanted(stdout, args.noColor), show);
