@@ -18,6 +18,7 @@
 #include "tools/edit/edit_engine.h"
 #include "tools/edit/file_output.h"
 #include "tools/output/diff_json.h"
+#include "tools/output/output_buffer.h"
 #include "tools/text/control_escape.h"
 #include "tools/text/terminal_style.h"
 #include "tools/text/text_encoding.h"
@@ -179,8 +180,10 @@ int RunEdit(EditArguments& args) {
   const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };
   if (args.json) {
     const std::string target = args.dryRun ? args.file : args.inPlace ? args.file : args.output;
-    PrintJson(DiffJson(args.file, analysis->Layout(), target, analysis->Layout(), result.changes,
-                       [](const std::string& bytes) { return ShownText(bytes); }));
+    OutputBuffer out(stdout);
+    JsonWriter writer(out);
+    WriteDiffJson(writer, args.file, analysis->Layout(), target, analysis->Layout(), result.changes,
+                  [](const std::string& bytes) { return ShownText(bytes); });
   } else if (args.dryRun) {
     std::fputs(UnifiedDiff(oldBytes, result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);
     if (!result.changes.empty()) {
