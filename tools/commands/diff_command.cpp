@@ -77,12 +77,11 @@ bool PrintChanges(const DiffArguments& args, Analysis& oldFile, const std::strin
   if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
   SetShownEncoding(encoding);
   // JSON escapes control characters itself; text shows them escaped.
-  const ShowBytes json = [](const std::string& bytes) { return ShownText(bytes); };
   const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };
   if (args.json) {
     OutputBuffer out(stdout);
     JsonWriter writer(out);
-    WriteDiffJson(writer, oldName, oldFile.Layout(), newName, newFile.Layout(), changes, json);
+    WriteDiffJson(writer, oldName, oldFile.Layout(), newName, newFile.Layout(), changes);
   } else if (args.stat) {
     PrintDiffStat(stdout, changes, show);
   } else if (!changes.empty()) {

@@ -182,8 +182,7 @@ int RunEdit(EditArguments& args) {
     const std::string target = args.dryRun ? args.file : args.inPlace ? args.file : args.output;
     OutputBuffer out(stdout);
     JsonWriter writer(out);
-    WriteDiffJson(writer, args.file, analysis->Layout(), target, analysis->Layout(), result.changes,
-                  [](const std::string& bytes) { return ShownText(bytes); });
+    WriteDiffJson(writer, args.file, analysis->Layout(), target, analysis->Layout(), result.changes);
   } else if (args.dryRun) {
     std::fputs(UnifiedDiff(oldBytes, result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);
     if (!result.changes.empty()) {

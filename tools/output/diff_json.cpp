@@ -2,10 +2,26 @@
 
 #include <algorithm>
 
+#include "tools/text/text_encoding.h"
+#include "tools/text/utf8.h"
+
 namespace {
 
-// A value with every name and text passed through show.
-void WriteValue(JsonWriter& writer, const DiffValue& value, const ShowBytes& show) {
+// A name or text of a file, as the run shows its bytes.
+void WriteShown(JsonWriter& writer, const std::string& bytes) {
+  // ASCII reads the same in every encoding.
+  if (AsciiRun(bytes.data(), bytes.size()) == bytes.size()) {
+    writer.String(bytes);
+    return;
+  }
+  thread_local std::string text;
+  text.clear();
+  AppendDecoded(ShownEncoding(), bytes.data(), bytes.size(), &text);
+  writer.String(text);
+}
+
+// A value, its names and texts as the run shows them.
+void WriteValue(JsonWriter& writer, const DiffValue& value) {
   switch (value.type) {
     case DiffValue::Type::kNone:
       writer.Null();
@@ -14,26 +30,26 @@ void WriteValue(JsonWriter& writer, const DiffValue& value, const ShowBytes& sho
       writer.Signed(value.number);
       return;
     case DiffValue::Type::kText:
-      writer.String(show(value.text));
+      WriteShown(writer, value.text);
       return;
     case DiffValue::Type::kList:
       writer.BeginArray();
-      for (const DiffValue& item : value.items) WriteValue(writer, item, show);
+      for (const DiffValue& item : value.items) WriteValue(writer, item);
       writer.EndArray();
       return;
   }
 }
 
-void WritePath(JsonWriter& writer, const char* key, const std::vector<std::string>& path, const ShowBytes& show) {
+void WritePath(JsonWriter& writer, const char* key, const std::vector<std::string>& path) {
   writer.Key(key);
   writer.BeginArray();
-  for (const std::string& name : path) writer.String(show(name));
+  for (const std::string& name : path) WriteShown(writer, name);
   writer.EndArray();
 }
 
 // {"field": [old, new], ...} in the order of the fields' names; of a name
 // given twice, the last value.
-void WriteFields(JsonWriter& writer, const DiffChange& change, const ShowBytes& show) {
+void WriteFields(JsonWriter& writer, const DiffChange& change) {
   std::vector<size_t> order;
   for (size_t i = 0; i < change.fields.size(); ++i) order.push_back(i);
   std::stable_sort(order.begin(), order.end(),
@@ -45,8 +61,8 @@ void WriteFields(JsonWriter& writer, const DiffChange& change, const ShowBytes& 
     if (i + 1 < order.size() && change.fields[order[i + 1]].first == field.first) continue;
     writer.Key(field.first);
     writer.BeginArray();
-    WriteValue(writer, field.second.first, show);
-    WriteValue(writer, field.second.second, show);
+    WriteValue(writer, field.second.first);
+    WriteValue(writer, field.second.second);
     writer.EndArray();
   }
   writer.EndObject();
@@ -61,38 +77,38 @@ void WriteLineNumber(JsonWriter& writer, const char* key, long line) {
   }
 }
 
-void WriteChange(JsonWriter& writer, const DiffChange& change, const ShowBytes& show) {
+void WriteChange(JsonWriter& writer, const DiffChange& change) {
   writer.BeginObject();
   writer.Key("change");
   writer.String(ChangeName(change.change));
-  if (!change.fields.empty()) WriteFields(writer, change, show);
-  if (!change.from.empty()) WritePath(writer, "from", change.from, show);
+  if (!change.fields.empty()) WriteFields(writer, change);
+  if (!change.from.empty()) WritePath(writer, "from", change.from);
   if (change.hasId) {
     writer.Key("id");
     writer.Unsigned(change.id);
   }
   if (!change.name.empty()) {
     writer.Key("name");
-    writer.String(show(change.name));
+    WriteShown(writer, change.name);
   }
   WriteLineNumber(writer, "new_line", change.newLine);
   WriteLineNumber(writer, "old_line", change.oldLine);
   if (change.change == DiffChange::Change::kRenamed) {
     writer.Key("old_name");
-    writer.String(show(change.oldName));
+    WriteShown(writer, change.oldName);
   }
-  WritePath(writer, "path", change.path, show);
-  if (!change.from.empty()) WritePath(writer, "to", change.path, show);
+  WritePath(writer, "path", change.path);
+  if (!change.from.empty()) WritePath(writer, "to", change.path);
   writer.Key("what");
   writer.String(WhatName(change.what));
   writer.EndObject();
 }
 
-void WriteSide(JsonWriter& writer, const char* key, const std::string& name, int layout, const ShowBytes& show) {
+void WriteSide(JsonWriter& writer, const char* key, const std::string& name, int layout) {
   writer.Key(key);
   writer.BeginObject();
   writer.Key("file");
-  writer.String(show(name));
+  WriteShown(writer, name);
   writer.Key("layout");
   writer.Signed(layout);
   writer.EndObject();
@@ -101,14 +117,14 @@ void WriteSide(JsonWriter& writer, const char* key, const std::string& name, int
 }  // namespace
 
 void WriteDiffJson(JsonWriter& writer, const std::string& oldName, int oldLayout, const std::string& newName,
-                   int newLayout, const std::vector<DiffChange>& changes, const ShowBytes& show) {
+                   int newLayout, const std::vector<DiffChange>& changes) {
   writer.BeginObject();
   writer.Key("changes");
   writer.BeginArray();
-  for (const DiffChange& change : changes) WriteChange(writer, change, show);
+  for (const DiffChange& change : changes) WriteChange(writer, change);
   writer.EndArray();
-  WriteSide(writer, "new", newName, newLayout, show);
-  WriteSide(writer, "old", oldName, oldLayout, show);
+  WriteSide(writer, "new", newName, newLayout);
+  WriteSide(writer, "old", oldName, oldLayout);
   writer.Key("schema");
   writer.Signed(2);
   writer.EndObject();

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "tools/diff/catalogue_diff.h"
-#include "tools/diff/diff_output.h"
 #include "tools/output/json_writer.h"
 
 // {"changes": [...], "new": {"file", "layout"}, "old": {...}, "schema": 2}
-// and a line end; names and texts pass through show.
+// and a line end; names and texts decoded with the run's encoding, file
+// names too.
 void WriteDiffJson(JsonWriter& writer, const std::string& oldName, int oldLayout, const std::string& newName,
-                   int newLayout, const std::vector<DiffChange>& changes, const ShowBytes& show);
+                   int newLayout, const std::vector<DiffChange>& changes);
 
 #endif  // DEVDEF_TOOLS_OUTPUT_DIFF_JSON_H_
