@@ -13,6 +13,15 @@
 #   NAME.tree.txt    devdef tree NAME.def OPTIONS                  (when present)
 #   NAME.tree.json   devdef tree --json NAME.def OPTIONS           (when present)
 #   NAME.show.txt    devdef show NAME.def '*' --all OPTIONS        (when present)
+#   NAME.show.json   devdef show --json NAME.def '*' --all OPTIONS (when present)
+#   NAME.list.txt    devdef list NAME.def OPTIONS                  (when present)
+#   NAME.list.json   devdef list --json NAME.def OPTIONS           (when present)
+#   NAME.find.txt    devdef find NAME.def '*' OPTIONS              (when present)
+#   NAME.find.json   devdef find --json NAME.def '*' OPTIONS       (when present)
+#   NAME.diff.txt    devdef diff --no-color NAME.def NAME.new      (when present)
+#   NAME.diff.json   devdef diff --json NAME.def NAME.new          (when present)
+#                    (NAME.new beside NAME.def is the changed catalogue; the
+#                    diff takes no OPTIONS)
 #   NAME.write.txt   devdef write NAME.def -o - OPTIONS            (when present)
 #   NAME.convert.txt devdef convert NAME.def -o - OPTIONS          (when present)
 #   NAME.edit.txt    devdef edit NAME.def --dry-run --script NAME.edits OPTIONS
@@ -83,6 +92,32 @@ if [ -f "$expected_dir/$name.show.txt" ]; then
   # shellcheck disable=SC2086
   run show.txt "$tool" show "$name.def" '*' --all $options
 fi
+if [ -f "$expected_dir/$name.show.json" ]; then
+  # shellcheck disable=SC2086
+  run show.json "$tool" show --json "$name.def" '*' --all $options
+fi
+if [ -f "$expected_dir/$name.list.txt" ]; then
+  # shellcheck disable=SC2086
+  run list.txt "$tool" list "$name.def" $options
+fi
+if [ -f "$expected_dir/$name.list.json" ]; then
+  # shellcheck disable=SC2086
+  run list.json "$tool" list --json "$name.def" $options
+fi
+if [ -f "$expected_dir/$name.find.txt" ]; then
+  # shellcheck disable=SC2086
+  run find.txt "$tool" find "$name.def" '*' $options
+fi
+if [ -f "$expected_dir/$name.find.json" ]; then
+  # shellcheck disable=SC2086
+  run find.json "$tool" find --json "$name.def" '*' $options
+fi
+if [ -f "$expected_dir/$name.diff.txt" ]; then
+  run diff.txt "$tool" diff --no-color "$name.def" "$name.new"
+fi
+if [ -f "$expected_dir/$name.diff.json" ]; then
+  run diff.json "$tool" diff --json "$name.def" "$name.new"
+fi
 if [ -f "$expected_dir/$name.write.txt" ]; then
   # shellcheck disable=SC2086
   run write.txt "$tool" write "$name.def" -o - $options
@@ -98,7 +133,8 @@ fi
 set +f
 
 failed=0
-for form in check.txt check.json tree.txt tree.json show.txt write.txt convert.txt edit.txt; do
+for form in check.txt check.json tree.txt tree.json show.txt show.json list.txt list.json find.txt find.json diff.txt \
+    diff.json write.txt convert.txt edit.txt; do
   [ -f "$work/$form" ] || continue
   expected=$expected_dir/$name.$form
   if $bless; then

@@ -16,6 +16,7 @@
 #include "tools/diff/same_meaning.h"
 #include "tools/diff/unified_diff.h"
 #include "tools/output/diff_json.h"
+#include "tools/output/output_buffer.h"
 #include "tools/text/control_escape.h"
 #include "tools/text/terminal_style.h"
 #include "tools/text/text_encoding.h"
@@ -76,10 +77,11 @@ bool PrintChanges(const DiffArguments& args, Analysis& oldFile, const std::strin
   if (!args.encoding.empty()) ParseTextEncoding(args.encoding, &encoding);
   SetShownEncoding(encoding);
   // JSON escapes control characters itself; text shows them escaped.
-  const ShowBytes json = [](const std::string& bytes) { return ShownText(bytes); };
   const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };
   if (args.json) {
-    PrintJson(DiffJson(oldName, oldFile.Layout(), newName, newFile.Layout(), changes, json));
+    OutputBuffer out(stdout);
+    JsonWriter writer(out);
+    WriteDiffJson(writer, oldName, oldFile.Layout(), newName, newFile.Layout(), changes);
   } else if (args.stat) {
     PrintDiffStat(stdout, changes, show);
   } else if (!changes.empty()) {

@@ -18,6 +18,7 @@
 #include "tools/edit/edit_engine.h"
 #include "tools/edit/file_output.h"
 #include "tools/output/diff_json.h"
+#include "tools/output/output_buffer.h"
 #include "tools/text/control_escape.h"
 #include "tools/text/terminal_style.h"
 #include "tools/text/text_encoding.h"
@@ -178,8 +179,9 @@ int RunEdit(EditArguments& args) {
   const ShowBytes show = [](const std::string& bytes) { return EscapeControls(ShownText(bytes)); };
   if (args.json) {
     const std::string target = args.dryRun ? args.file : args.inPlace ? args.file : args.output;
-    PrintJson(DiffJson(args.file, analysis->Layout(), target, analysis->Layout(), result.changes,
-                       [](const std::string& bytes) { return ShownText(bytes); }));
+    OutputBuffer out(stdout);
+    JsonWriter writer(out);
+    WriteDiffJson(writer, args.file, analysis->Layout(), target, analysis->Layout(), result.changes);
   } else if (args.dryRun) {
     // The edit leaves the analysis as it was: its bytes are the old file's.
     std::fputs(UnifiedDiff(analysis->Bytes(), result.bytes, "a/" + args.file, "b/" + args.file).c_str(), stdout);

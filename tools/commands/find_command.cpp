@@ -11,10 +11,9 @@
 #include "tools/lookup/device_lookup.h"
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_document.h"
+#include "tools/output/output_buffer.h"
 #include "tools/output/text_output.h"
 #include "tools/text/control_escape.h"
-
-using nlohmann::json;
 
 namespace {
 
@@ -75,14 +74,14 @@ Search FindByName(const Analysis& analysis, const NamePattern& pattern) {
   return search;
 }
 
-void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Search& search, const json& candidates) {
+void ReportMiss(const FindArguments& args, const Analysis& analysis, const NamePattern& pattern, const Search& search) {
   const std::string id = std::to_string(args.id);
   const std::string file = ShellWord(args.file);
   if (!search.named) {
     if (args.byId) {
       std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
     } else {
-      ReportNoDevice(pattern, candidates);
+      ReportNoDevice(pattern, analysis, search.candidates);
     }
   } else if (args.byId) {
     ReportHidden("id " + id + " is hidden", search.generations, "find", file + " --id " + id);
@@ -95,34 +94,55 @@ void ReportMiss(const FindArguments& args, const NamePattern& pattern, const Sea
   }
 }
 
+// "matches": each device found with the definitions found, and
+// "candidates" when there is none (docs/json.md).
+std::vector<DocumentField> MatchesFields(const Analysis& analysis, const Search& search) {
+  std::vector<DocumentField> fields;
+  fields.push_back({"matches", [&analysis, &search](JsonWriter& out) {
+                      out.BeginArray();
+                      for (const Found& item : search.found) {
+                        out.BeginObject();
+                        out.Key("definitions");
+                        out.BeginArray();
+                        for (int index : item.definitions) WriteDefinition(out, analysis, item.device, index);
+                        out.EndArray();
+                        out.Key("device");
+                        WriteDevice(out, analysis, item.device);
+                        out.EndObject();
+                      }
+                      out.EndArray();
+                    }});
+  if (search.found.empty()) {
+    fields.push_back({"candidates", [&analysis, &search](JsonWriter& out) {
+                        WriteDevices(out, analysis, search.candidates);
+                      }});
+  }
+  return fields;
+}
+
 int RunFind(const FindArguments& args) {
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.name);
   const Search search = args.byId ? FindById(*analysis, args.id)
                                   : FindByName(*analysis, pattern);
-  json document = DocumentFrame(*analysis);
-  json matches = json::array();
-  for (const Found& item : search.found) {
-    json definitions = json::array();
-    for (int index : item.definitions) definitions.push_back(DefinitionJson(*analysis, item.device, index));
-    matches.push_back(json{{"device", DeviceJson(*analysis, item.device)}, {"definitions", std::move(definitions)}});
-  }
-  document["matches"] = std::move(matches);
-  if (search.found.empty()) document["candidates"] = DevicesJson(*analysis, search.candidates);
-  if (args.json) {
-    PrintJson(document);
-  } else {
-    bool first = true;
-    for (const json& match : document["matches"]) {
-      for (const json& definition : match["definitions"]) {
-        if (!first) std::printf("\n");
-        first = false;
-        PrintFoundText(stdout, match["device"], definition);
+  {
+    OutputBuffer out(stdout);
+    if (args.json) {
+      JsonWriter writer(out);
+      WriteDocument(writer, *analysis, MatchesFields(*analysis, search));
+    } else {
+      bool first = true;
+      for (const Found& item : search.found) {
+        for (int index : item.definitions) {
+          if (!first) out.Append('\n');
+          first = false;
+          WriteFoundText(out, *analysis, item.device, index);
+        }
       }
     }
   }
-  if (search.found.empty()) ReportMiss(args, pattern, search, document["candidates"]);
+  if (search.found.empty()) ReportMiss(args, *analysis, pattern, search);
   SayReadErrors(args, *analysis);
   return search.found.empty() ? kExitNotFound : kExitSuccess;
 }

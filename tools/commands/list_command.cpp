@@ -8,9 +8,8 @@
 #include "tools/lookup/device_lookup.h"
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_document.h"
+#include "tools/output/output_buffer.h"
 #include "tools/output/text_output.h"
-
-using nlohmann::json;
 
 namespace {
 
@@ -24,14 +23,16 @@ int RunList(const ListArguments& args) {
   if (analysis == nullptr) return kExitFileError;
   const NamePattern pattern(args.pattern.empty() ? "*" : args.pattern);
   const DeviceLookup found = LookUpDevices(*analysis, pattern, args.allFields, 3);
-  json document = DocumentFrame(*analysis);
-  if (found.matches.empty()) document["candidates"] = DevicesJson(*analysis, found.closest);
-  if (args.json) {
-    PrintDevicesJson(stdout, document, "devices", *analysis, found.matches);
-  } else {
-    for (std::uint32_t device : found.matches) PrintListLine(stdout, DeviceJson(*analysis, device));
+  {
+    OutputBuffer out(stdout);
+    if (args.json) {
+      JsonWriter writer(out);
+      WriteDocument(writer, *analysis, DevicesFields(*analysis, "devices", found.matches, found.closest));
+    } else {
+      for (std::uint32_t device : found.matches) WriteListLine(out, *analysis, device);
+    }
   }
-  if (found.matches.empty()) ReportNoDevice(pattern, document["candidates"]);
+  if (found.matches.empty()) ReportNoDevice(pattern, *analysis, found.closest);
   SayReadErrors(args, *analysis);
   return found.matches.empty() ? kExitNotFound : kExitSuccess;
 }

@@ -4,8 +4,7 @@
 
 #include "tools/output/text_output.h"
 #include "tools/text/control_escape.h"
-
-using nlohmann::json;
+#include "tools/text/text_encoding.h"
 
 namespace {
 
@@ -14,15 +13,15 @@ constexpr size_t kShownCandidates = 10;
 
 }  // namespace
 
-void ReportNoDevice(const NamePattern& pattern, const json& closest) {
+void ReportNoDevice(const NamePattern& pattern, const Analysis& analysis, const std::vector<std::uint32_t>& closest) {
   if (pattern.HasWildcards()) {
     std::fprintf(stderr, "devdef: no device matches '%s'\n", EscapeControls(pattern.Argument()).c_str());
     return;
   }
   std::string names;
   std::vector<std::string> said;
-  for (const json& device : closest) {
-    const std::string name = EscapeControls(device["name"].get<std::string>());
+  for (std::uint32_t device : closest) {
+    const std::string name = EscapeControls(ShownText(analysis.Devices()[device].device->m_DeviceName));
     bool again = false;
     for (const std::string& before : said) again = again || before == name;
     if (again) continue;
@@ -33,13 +32,13 @@ void ReportNoDevice(const NamePattern& pattern, const json& closest) {
                names.empty() ? "" : "; closest: ", names.c_str());
 }
 
-void ReportSeveralDevices(const NamePattern& pattern, const json& devices, const std::string& hint) {
+void ReportSeveralDevices(const NamePattern& pattern, const Analysis& analysis,
+                          const std::vector<std::uint32_t>& devices, const std::string& hint) {
   std::fprintf(stderr, "devdef: '%s' names %zu devices; %s:\n", EscapeControls(pattern.Argument()).c_str(),
                devices.size(), hint.c_str());
   for (size_t i = 0; i < devices.size() && i < kShownCandidates; ++i) {
-    const json& line = devices[i]["line"];
-    std::fprintf(stderr, "  %s%s\n", DevicePathText(devices[i]).c_str(),
-                 line.is_number() ? (" (line " + std::to_string(line.get<long>()) + ")").c_str() : "");
+    const long line = analysis.Map().PointOf(analysis.Devices()[devices[i]].name.begin).line;
+    std::fprintf(stderr, "  %s (line %ld)\n", DevicePathText(analysis, devices[i]).c_str(), line);
   }
   if (devices.size() > kShownCandidates) {
     std::fprintf(stderr, "  and %zu more\n", devices.size() - kShownCandidates);

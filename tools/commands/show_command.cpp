@@ -10,9 +10,8 @@
 #include "tools/lookup/device_lookup.h"
 #include "tools/output/catalogue_json.h"
 #include "tools/output/json_document.h"
+#include "tools/output/output_buffer.h"
 #include "tools/output/text_output.h"
-
-using nlohmann::json;
 
 namespace {
 
@@ -65,15 +64,14 @@ Shown ShowByName(const Analysis& analysis, const NamePattern& pattern, bool all)
   return shown;
 }
 
-void ReportMiss(const ShowArguments& args, const Analysis& analysis, const NamePattern& pattern, const Shown& shown,
-                const json& candidates) {
+void ReportMiss(const ShowArguments& args, const Analysis& analysis, const NamePattern& pattern, const Shown& shown) {
   const std::string id = std::to_string(args.id);
   switch (shown.miss) {
     case Miss::kNoDevice:
-      ReportNoDevice(pattern, candidates);
+      ReportNoDevice(pattern, analysis, shown.candidates);
       break;
     case Miss::kSeveralDevices:
-      ReportSeveralDevices(pattern, candidates, "name one, or show them all with --all");
+      ReportSeveralDevices(pattern, analysis, shown.candidates, "name one, or show them all with --all");
       break;
     case Miss::kNoId:
       std::fprintf(stderr, "devdef: no definition has the id %s\n", id.c_str());
@@ -93,17 +91,19 @@ int RunShow(const ShowArguments& args) {
   const NamePattern pattern(args.device);
   const Shown shown = args.byId ? ShowById(*analysis, args.id)
                                 : ShowByName(*analysis, pattern, args.all);
-  json document = DocumentFrame(*analysis);
-  if (shown.devices.empty()) document["candidates"] = DevicesJson(*analysis, shown.candidates);
-  if (args.json) {
-    PrintDevicesJson(stdout, document, "devices", *analysis, shown.devices);
-  } else {
-    for (size_t i = 0; i < shown.devices.size(); ++i) {
-      if (i > 0) std::printf("\n");
-      PrintDeviceText(stdout, DeviceJson(*analysis, shown.devices[i]));
+  {
+    OutputBuffer out(stdout);
+    if (args.json) {
+      JsonWriter writer(out);
+      WriteDocument(writer, *analysis, DevicesFields(*analysis, "devices", shown.devices, shown.candidates));
+    } else {
+      for (size_t i = 0; i < shown.devices.size(); ++i) {
+        if (i > 0) out.Append('\n');
+        WriteDeviceText(out, *analysis, shown.devices[i]);
+      }
     }
   }
-  if (shown.devices.empty()) ReportMiss(args, *analysis, pattern, shown, document["candidates"]);
+  if (shown.devices.empty()) ReportMiss(args, *analysis, pattern, shown);
   SayReadErrors(args, *analysis);
   return shown.devices.empty() ? kExitNotFound : kExitSuccess;
 }

@@ -1,61 +1,132 @@
 #include "tools/output/diff_json.h"
 
-using nlohmann::json;
+#include <algorithm>
+
+#include "tools/text/text_encoding.h"
+#include "tools/text/utf8.h"
 
 namespace {
 
-// A value with every name and text passed through show.
-json Shown(const DiffValue& value, const ShowBytes& show) {
-  switch (value.type) {
-    case DiffValue::Type::kNone:
-      return nullptr;
-    case DiffValue::Type::kNumber:
-      return value.number;
-    case DiffValue::Type::kText:
-      return show(value.text);
-    case DiffValue::Type::kList: {
-      json items = json::array();
-      for (const DiffValue& item : value.items) items.push_back(Shown(item, show));
-      return items;
-    }
+// A name or text of a file, as the run shows its bytes.
+void WriteShown(JsonWriter& writer, const std::string& bytes) {
+  // ASCII reads the same in every encoding.
+  if (AsciiRun(bytes.data(), bytes.size()) == bytes.size()) {
+    writer.String(bytes);
+    return;
   }
-  return nullptr;
+  thread_local std::string text;
+  text.clear();
+  AppendDecoded(ShownEncoding(), bytes.data(), bytes.size(), &text);
+  writer.String(text);
 }
 
-json Shown(const std::vector<std::string>& path, const ShowBytes& show) {
-  json names = json::array();
-  for (const std::string& name : path) names.push_back(show(name));
-  return names;
+// A value, its names and texts as the run shows them.
+void WriteValue(JsonWriter& writer, const DiffValue& value) {
+  switch (value.type) {
+    case DiffValue::Type::kNone:
+      writer.Null();
+      return;
+    case DiffValue::Type::kNumber:
+      writer.Signed(value.number);
+      return;
+    case DiffValue::Type::kText:
+      WriteShown(writer, value.text);
+      return;
+    case DiffValue::Type::kList:
+      writer.BeginArray();
+      for (const DiffValue& item : value.items) WriteValue(writer, item);
+      writer.EndArray();
+      return;
+  }
+}
+
+void WritePath(JsonWriter& writer, const char* key, const std::vector<std::string>& path) {
+  writer.Key(key);
+  writer.BeginArray();
+  for (const std::string& name : path) WriteShown(writer, name);
+  writer.EndArray();
+}
+
+// {"field": [old, new], ...} in the order of the fields' names; of a name
+// given twice, the last value.
+void WriteFields(JsonWriter& writer, const DiffChange& change) {
+  std::vector<size_t> order;
+  for (size_t i = 0; i < change.fields.size(); ++i) order.push_back(i);
+  std::stable_sort(order.begin(), order.end(),
+                   [&change](size_t a, size_t b) { return change.fields[a].first < change.fields[b].first; });
+  writer.Key("fields");
+  writer.BeginObject();
+  for (size_t i = 0; i < order.size(); ++i) {
+    const auto& field = change.fields[order[i]];
+    if (i + 1 < order.size() && change.fields[order[i + 1]].first == field.first) continue;
+    writer.Key(field.first);
+    writer.BeginArray();
+    WriteValue(writer, field.second.first);
+    WriteValue(writer, field.second.second);
+    writer.EndArray();
+  }
+  writer.EndObject();
+}
+
+void WriteLineNumber(JsonWriter& writer, const char* key, long line) {
+  writer.Key(key);
+  if (line > 0) {
+    writer.Signed(line);
+  } else {
+    writer.Null();
+  }
+}
+
+void WriteChange(JsonWriter& writer, const DiffChange& change) {
+  writer.BeginObject();
+  writer.Key("change");
+  writer.String(ChangeName(change.change));
+  if (!change.fields.empty()) WriteFields(writer, change);
+  if (!change.from.empty()) WritePath(writer, "from", change.from);
+  if (change.hasId) {
+    writer.Key("id");
+    writer.Unsigned(change.id);
+  }
+  if (!change.name.empty()) {
+    writer.Key("name");
+    WriteShown(writer, change.name);
+  }
+  WriteLineNumber(writer, "new_line", change.newLine);
+  WriteLineNumber(writer, "old_line", change.oldLine);
+  if (change.change == DiffChange::Change::kRenamed) {
+    writer.Key("old_name");
+    WriteShown(writer, change.oldName);
+  }
+  WritePath(writer, "path", change.path);
+  if (!change.from.empty()) WritePath(writer, "to", change.path);
+  writer.Key("what");
+  writer.String(WhatName(change.what));
+  writer.EndObject();
+}
+
+void WriteSide(JsonWriter& writer, const char* key, const std::string& name, int layout) {
+  writer.Key(key);
+  writer.BeginObject();
+  writer.Key("file");
+  WriteShown(writer, name);
+  writer.Key("layout");
+  writer.Signed(layout);
+  writer.EndObject();
 }
 
 }  // namespace
 
-json DiffJson(const std::string& oldName, int oldLayout, const std::string& newName, int newLayout,
-              const std::vector<DiffChange>& changes, const ShowBytes& show) {
-  json list = json::array();
-  for (const DiffChange& change : changes) {
-    json item = {{"change", ChangeName(change.change)}, {"what", WhatName(change.what)},
-                 {"path", Shown(change.path, show)}};
-    if (!change.name.empty()) item["name"] = show(change.name);
-    if (change.hasId) item["id"] = change.id;
-    if (!change.fields.empty()) {
-      json fields = json::object();
-      for (const auto& field : change.fields) {
-        fields[field.first] = json::array({Shown(field.second.first, show), Shown(field.second.second, show)});
-      }
-      item["fields"] = std::move(fields);
-    }
-    if (!change.from.empty()) {
-      item["from"] = Shown(change.from, show);
-      item["to"] = Shown(change.path, show);
-    }
-    if (change.change == DiffChange::Change::kRenamed) item["old_name"] = show(change.oldName);
-    item["old_line"] = change.oldLine > 0 ? json(change.oldLine) : json(nullptr);
-    item["new_line"] = change.newLine > 0 ? json(change.newLine) : json(nullptr);
-    list.push_back(std::move(item));
-  }
-  return json{{"schema", 2},
-              {"old", {{"file", show(oldName)}, {"layout", oldLayout}}},
-              {"new", {{"file", show(newName)}, {"layout", newLayout}}},
-              {"changes", std::move(list)}};
+void WriteDiffJson(JsonWriter& writer, const std::string& oldName, int oldLayout, const std::string& newName,
+                   int newLayout, const std::vector<DiffChange>& changes) {
+  writer.BeginObject();
+  writer.Key("changes");
+  writer.BeginArray();
+  for (const DiffChange& change : changes) WriteChange(writer, change);
+  writer.EndArray();
+  WriteSide(writer, "new", newName, newLayout);
+  WriteSide(writer, "old", oldName, oldLayout);
+  writer.Key("schema");
+  writer.Signed(2);
+  writer.EndObject();
+  writer.EndDocument();
 }

@@ -21,18 +21,22 @@ void AppendHex(std::string& out, unsigned char c) {
 
 std::string EscapeControls(std::string_view text) {
   std::string out;
-  out.reserve(text.size());
+  AppendEscapedControls(text, &out);
+  return out;
+}
+
+void AppendEscapedControls(std::string_view text, std::string* out) {
+  out->reserve(out->size() + text.size());
   for (size_t i = 0; i < text.size(); ++i) {
     const unsigned char c = static_cast<unsigned char>(text[i]);
     if (IsC0OrDelete(c)) {
-      out += "\\x";
-      AppendHex(out, c);
+      *out += "\\x";
+      AppendHex(*out, c);
     } else if (IsC1At(text, i)) {
-      out += "\\u00";
-      AppendHex(out, static_cast<unsigned char>(text[++i]));
+      *out += "\\u00";
+      AppendHex(*out, static_cast<unsigned char>(text[++i]));
     } else {
-      out += text[i];
+      *out += text[i];
     }
   }
-  return out;
 }

@@ -15,5 +15,7 @@
 // else, ill-formed bytes too, as it is. Text without them is given back
 // unchanged.
 std::string EscapeControls(std::string_view text);
+// The same, appended to out.
+void AppendEscapedControls(std::string_view text, std::string* out);
 
 #endif  // DEVDEF_TOOLS_TEXT_CONTROL_ESCAPE_H_
