@@ -67,7 +67,7 @@ int RunCheck(const CheckArguments& args) {
     findings.resize(static_cast<size_t>(limit));
   }
   if (json) {
-    PrintFindingsJson(stdout, DocumentFrame(*analysis), *analysis, all, findings, counts, leftOut);
+    PrintFindingsJson(stdout, *analysis, all, findings, counts, leftOut);
   } else if (!text) {
     PrintSarifLog(stdout, args.file, *analysis, all, findings, leftOut);
   } else {

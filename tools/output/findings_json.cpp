@@ -1,54 +1,92 @@
 #include "tools/output/findings_json.h"
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/diagnostics/severity_summary.h"
 #include "tools/output/json_document.h"
-#include "tools/output/json_stream.h"
+#include "tools/output/output_buffer.h"
 
 using nlohmann::json;
 
 namespace {
 
-// The span's place, into object; columns count characters, as SARIF's do.
-void AddRange(json& object, const Analysis& analysis, ByteSpan span) {
+// The members of a span's place, in the order of their keys but
+// "last_column", which falls between them; columns count characters, as
+// SARIF's do. Behind "end_line", what between writes.
+template <typename Between>
+void WriteRange(JsonWriter& out, const Analysis& analysis, ByteSpan span, Between between) {
   const TextRange range = ShownRange(analysis, span, ColumnUnit::kCodePoints);
-  object["line"] = range.start.line;
-  object["column"] = range.start.column;
-  object["end_line"] = range.stop.line;
-  object["end_column"] = range.stop.column;
+  out.Key("column");
+  out.Signed(range.start.column);
+  between(0);
+  out.Key("end_column");
+  out.Signed(range.stop.column);
+  out.Key("end_line");
+  out.Signed(range.stop.line);
+  between(1);
+  out.Key("line");
+  out.Signed(range.start.line);
 }
 
-json FindingJson(const Analysis& analysis, const Findings& findings, const ShownFinding& shown) {
+void WriteFinding(JsonWriter& out, const Analysis& analysis, const Findings& findings, const ShownFinding& shown) {
   const Finding* finding = shown.finding;
-  json related = json::array();
+  out.BeginObject();
+  WriteRange(out, analysis, shown.Whole(), [&](int at) {
+    if (at == 0) {
+      out.Key("count");
+      out.Unsigned(shown.count);
+      return;
+    }
+    out.Key("kind");
+    out.String(InfoOf(finding->kind).id);
+    if (shown.Spread()) {
+      out.Key("last_column");
+      out.Signed(ShownPoint(analysis, shown.last.begin, ColumnUnit::kCodePoints).column);
+    }
+  });
+  const std::string message = analysis.MessageOf(*finding, findings);
+  WriteShownText(out, "message", message.data(), message.size());
+  out.Key("related");
+  out.BeginArray();
   for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
-    json item = json::object();
-    AddRange(item, analysis, place->span);
-    PutShownText(item, "message", analysis.MessageOf(place->says, findings));
-    item["cause"] = place->cause;
-    related.push_back(std::move(item));
+    out.BeginObject();
+    out.Key("cause");
+    out.Bool(place->cause);
+    WriteRange(out, analysis, place->span, [](int) {});
+    const std::string says = analysis.MessageOf(place->says, findings);
+    WriteShownText(out, "message", says.data(), says.size());
+    out.EndObject();
   }
-  json item = json::object();
-  AddRange(item, analysis, shown.Whole());
-  if (shown.Spread()) item["last_column"] = ShownPoint(analysis, shown.last.begin, ColumnUnit::kCodePoints).column;
-  item["severity"] = SeverityName(finding->severity);
-  item["kind"] = InfoOf(finding->kind).id;
-  PutShownText(item, "message", analysis.MessageOf(*finding, findings));
-  item["count"] = shown.count;
-  item["related"] = std::move(related);
-  return item;
+  out.EndArray();
+  out.Key("severity");
+  out.String(SeverityName(finding->severity));
+  out.EndObject();
 }
 
 }  // namespace
 
-void PrintFindingsJson(std::FILE* out, json frame, const Analysis& analysis, const Findings& findings,
+void PrintFindingsJson(std::FILE* stream, const Analysis& analysis, const Findings& findings,
                        const std::vector<ShownFinding>& shown, const SeverityCounts& counts, size_t leftOut) {
-  frame["summary"] = {{"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
-  if (leftOut > 0) frame["summary"]["left_out"] = leftOut;
-  JsonStream stream(out);
-  stream.OpenObject(std::move(frame), "findings");
-  for (const ShownFinding& item : shown) stream.Element(FindingJson(analysis, findings, item));
-  stream.CloseObject();
+  OutputBuffer buffer(stream);
+  JsonWriter writer(buffer);
+  const auto list = [&](JsonWriter& out) {
+    out.BeginArray();
+    for (const ShownFinding& item : shown) WriteFinding(out, analysis, findings, item);
+    out.EndArray();
+  };
+  const auto summary = [&](JsonWriter& out) {
+    out.BeginObject();
+    out.Key("errors");
+    out.Signed(counts.errors);
+    if (leftOut > 0) {
+      out.Key("left_out");
+      out.Unsigned(leftOut);
+    }
+    out.Key("notes");
+    out.Signed(counts.notes);
+    out.Key("warnings");
+    out.Signed(counts.warnings);
+    out.EndObject();
+  };
+  WriteDocument(writer, analysis, {{"findings", list}, {"summary", summary}});
 }
 
 json FindingKindsJson() {

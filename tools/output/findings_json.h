@@ -21,8 +21,8 @@
 // count. A finding merged from several places of its line spans from the
 // first to the end of the last, and "last_column" says where the last
 // starts. When leftOut findings are not shown, the summary says so in
-// "left_out". One finding's object is in memory at a time.
-void PrintFindingsJson(std::FILE* out, nlohmann::json frame, const Analysis& analysis, const Findings& findings,
+// "left_out". Written as it is made, through the buffered writer.
+void PrintFindingsJson(std::FILE* out, const Analysis& analysis, const Findings& findings,
                        const std::vector<ShownFinding>& shown, const SeverityCounts& counts, size_t leftOut);
 
 // {"schema", "kinds": [{"id", "severity", "help"}]}, every kind in its fixed

@@ -3,60 +3,110 @@
 #include <cstring>
 
 #include "tools/diagnostics/finding_text.h"
-#include "tools/output/json_stream.h"
+#include "tools/output/json_writer.h"
+#include "tools/output/output_buffer.h"
 #include "tools/text/text_encoding.h"
-
-using nlohmann::json;
 
 namespace {
 
 // A finding's severity as a SARIF level: the names are the same.
 const char* Level(Severity severity) { return SeverityName(severity); }
 
-json Rules() {
-  json rules = json::array();
+// {"text": text}.
+void WriteMessage(JsonWriter& out, const std::string& text) {
+  out.BeginObject();
+  out.Key("text");
+  out.String(text);
+  out.EndObject();
+}
+
+void WriteRules(JsonWriter& out) {
+  out.BeginArray();
   for (const FindingInfo& info : AllFindingKinds()) {
-    rules.push_back(json{{"id", info.id},
-                         {"shortDescription", {{"text", info.explanation}}},
-                         {"help", {{"text", info.explanation}}},
-                         {"defaultConfiguration", {{"level", Level(info.severity)}}}});
+    out.BeginObject();
+    out.Key("defaultConfiguration");
+    out.BeginObject();
+    out.Key("level");
+    out.String(Level(info.severity));
+    out.EndObject();
+    out.Key("help");
+    WriteMessage(out, info.explanation);
+    out.Key("id");
+    out.String(info.id);
+    out.Key("shortDescription");
+    WriteMessage(out, info.explanation);
+    out.EndObject();
   }
-  return rules;
+  out.EndArray();
 }
 
 // A place in the file: the run's artifact 0 and the span as a region.
-json PhysicalLocation(const std::string& uri, const Analysis& analysis, ByteSpan span) {
+void WritePhysicalLocation(JsonWriter& out, const std::string& uri, const Analysis& analysis, ByteSpan span) {
   const TextRange range = ShownRange(analysis, span, ColumnUnit::kCodePoints);
-  json location = {{"artifactLocation", {{"uri", uri}, {"index", 0}}}};
+  out.BeginObject();
+  out.Key("artifactLocation");
+  out.BeginObject();
+  out.Key("index");
+  out.Signed(0);
+  out.Key("uri");
+  out.String(uri);
+  out.EndObject();
   // Lines and columns start at 1; a place without them has no region.
   if (range.start.line >= 1 && range.start.column >= 1) {
-    location["region"] = {{"startLine", range.start.line},
-                          {"startColumn", range.start.column},
-                          {"endLine", range.stop.line},
-                          {"endColumn", range.stop.column}};
+    out.Key("region");
+    out.BeginObject();
+    out.Key("endColumn");
+    out.Signed(range.stop.column);
+    out.Key("endLine");
+    out.Signed(range.stop.line);
+    out.Key("startColumn");
+    out.Signed(range.start.column);
+    out.Key("startLine");
+    out.Signed(range.start.line);
+    out.EndObject();
   }
-  return location;
+  out.EndObject();
 }
 
 // One finding as a result of the run.
-json Result(const std::string& uri, const Analysis& analysis, const Findings& findings, const ShownFinding& shown) {
+void WriteResult(JsonWriter& out, const std::string& uri, const Analysis& analysis, const Findings& findings,
+                 const ShownFinding& shown) {
   const Finding* finding = shown.finding;
-  json result = {{"ruleId", InfoOf(finding->kind).id},
-                 {"ruleIndex", static_cast<int>(finding->kind)},
-                 {"level", Level(finding->severity)},
-                 {"message", {{"text", FindingMessage(analysis, findings, shown, ColumnUnit::kCodePoints)}}},
-                 {"locations", json::array({{{"physicalLocation", PhysicalLocation(uri, analysis, shown.Whole())}}})},
-                 {"occurrenceCount", shown.count}};
+  out.BeginObject();
+  out.Key("level");
+  out.String(Level(finding->severity));
+  out.Key("locations");
+  out.BeginArray();
+  out.BeginObject();
+  out.Key("physicalLocation");
+  WritePhysicalLocation(out, uri, analysis, shown.Whole());
+  out.EndObject();
+  out.EndArray();
+  out.Key("message");
+  WriteMessage(out, FindingMessage(analysis, findings, shown, ColumnUnit::kCodePoints));
+  out.Key("occurrenceCount");
+  out.Unsigned(shown.count);
   if (finding->relatedCount > 0) {
-    json related = json::array();
+    out.Key("relatedLocations");
+    out.BeginArray();
+    std::uint64_t id = 0;
     for (const RelatedPlace* place = findings.RelatedBegin(*finding); place != findings.RelatedEnd(*finding); ++place) {
-      related.push_back(json{{"id", related.size()},
-                             {"physicalLocation", PhysicalLocation(uri, analysis, place->span)},
-                             {"message", {{"text", RelatedMessage(analysis, findings, *place)}}}});
+      out.BeginObject();
+      out.Key("id");
+      out.Unsigned(id++);
+      out.Key("message");
+      WriteMessage(out, RelatedMessage(analysis, findings, *place));
+      out.Key("physicalLocation");
+      WritePhysicalLocation(out, uri, analysis, place->span);
+      out.EndObject();
     }
-    result["relatedLocations"] = std::move(related);
+    out.EndArray();
   }
-  return result;
+  out.Key("ruleId");
+  out.String(InfoOf(finding->kind).id);
+  out.Key("ruleIndex");
+  out.Signed(static_cast<int>(finding->kind));
+  out.EndObject();
 }
 
 }  // namespace
@@ -79,18 +129,60 @@ std::string PathToUri(const std::string& path) {
   return uri;
 }
 
-void PrintSarifLog(std::FILE* out, const std::string& file, const Analysis& analysis, const Findings& findings,
+void PrintSarifLog(std::FILE* stream, const std::string& file, const Analysis& analysis, const Findings& findings,
                    const std::vector<ShownFinding>& shown, size_t leftOut) {
   const std::string uri = PathToUri(file);
-  json driver = {{"name", "devdef"}, {"version", DEVDEF_VERSION}, {"rules", Rules()}};
-  json run = {{"tool", {{"driver", std::move(driver)}}},
-              {"artifacts", json::array({{{"location", {{"uri", uri}}}, {"roles", json::array({"analysisTarget"})}}})},
-              {"columnKind", "unicodeCodePoints"}};
-  if (leftOut > 0) run["properties"] = {{"findingsLeftOut", leftOut}};
-  JsonStream stream(out);
-  stream.OpenObject(json{{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"}, {"version", "2.1.0"}}, "runs");
-  stream.OpenObject(std::move(run), "results");
-  for (const ShownFinding& item : shown) stream.Element(Result(uri, analysis, findings, item));
-  stream.CloseObject();
-  stream.CloseObject();
+  OutputBuffer buffer(stream);
+  JsonWriter out(buffer);
+  out.BeginObject();
+  out.Key("$schema");
+  out.String("https://json.schemastore.org/sarif-2.1.0.json");
+  out.Key("runs");
+  out.BeginArray();
+  out.BeginObject();
+  out.Key("artifacts");
+  out.BeginArray();
+  out.BeginObject();
+  out.Key("location");
+  out.BeginObject();
+  out.Key("uri");
+  out.String(uri);
+  out.EndObject();
+  out.Key("roles");
+  out.BeginArray();
+  out.String("analysisTarget");
+  out.EndArray();
+  out.EndObject();
+  out.EndArray();
+  out.Key("columnKind");
+  out.String("unicodeCodePoints");
+  if (leftOut > 0) {
+    out.Key("properties");
+    out.BeginObject();
+    out.Key("findingsLeftOut");
+    out.Unsigned(leftOut);
+    out.EndObject();
+  }
+  out.Key("results");
+  out.BeginArray();
+  for (const ShownFinding& item : shown) WriteResult(out, uri, analysis, findings, item);
+  out.EndArray();
+  out.Key("tool");
+  out.BeginObject();
+  out.Key("driver");
+  out.BeginObject();
+  out.Key("name");
+  out.String("devdef");
+  out.Key("rules");
+  WriteRules(out);
+  out.Key("version");
+  out.String(DEVDEF_VERSION);
+  out.EndObject();
+  out.EndObject();
+  out.EndObject();
+  out.EndArray();
+  out.Key("version");
+  out.String("2.1.0");
+  out.EndObject();
+  out.EndDocument();
 }

@@ -13,7 +13,7 @@
 // Prints a log of one run of devdef over file: the tool with one rule per
 // kind of finding, the file as the run's one artifact, and one result for
 // each of shown (findings about analysis's file) with its region and
-// related places, one result in memory at a time. Columns count
+// related places, written through the buffered writer as made. Columns count
 // characters; end columns are exclusive. A finding merged from several
 // places of its line has "occurrenceCount" and a region from the first to
 // the end of the last. When leftOut findings are not shown, the run's
