@@ -135,6 +135,7 @@ void DocumentStore::Change(const std::string& uri, std::int64_t version, json& c
   document->stamp = ++m_stamps;
   document->diagnosticsDue = true;
   document->blockPublished = false;
+  document->publishedBody = std::string();
 }
 
 bool DocumentStore::Close(const std::string& uri) { return m_documents.erase(uri) > 0; }

@@ -37,10 +37,10 @@ struct Document {
   BlockEdits edits;         // since the analysis
   bool diagnosticsDue = true;  // the diagnostics of the newest text are not published yet
   // The diagnostics published for this version came from reading a block
-  // again, and this is their hash: the whole analysis publishes its own
-  // only when they differ.
+  // again (the notification, kept until the whole analysis of the text
+  // publishes its own only when they differ).
   bool blockPublished = false;
-  size_t publishedHash = 0;
+  std::string publishedBody;
   std::unique_ptr<DiagnosticItems> items;  // of the analysis's findings, made when they are first published
   std::unique_ptr<DocumentIndex> index;    // of the analysis, made at the first request that needs it
 

@@ -362,14 +362,14 @@ bool LanguageServer::PublishBlock(Document& document) {
                       m_documents.Settings().Options(), &reading)) {
     return false;
   }
-  const std::string body =
+  std::string body =
       PublishSplicedBody(document.uri, document.version, m_documents.ItemsOf(document), reading.before,
                          reading.behind, *reading.analysis, reading.first, reading.count, reading.lineShift,
                          document.encoding);
   m_send(body);
   document.diagnosticsDue = false;
   document.blockPublished = true;
-  document.publishedHash = std::hash<std::string>()(body);
+  document.publishedBody = std::move(body);
   ++m_blockPublications;
   return true;
 }
@@ -378,14 +378,14 @@ void LanguageServer::Publish(Document& document) {
   if (document.Usable()) {
     const std::string body = PublishDiagnosticsBody(document.uri, document.version, m_documents.ItemsOf(document));
     // The whole analysis confirms what reading a block again published.
-    const bool same = document.blockPublished && std::hash<std::string>()(body) == document.publishedHash;
-    if (!same) m_send(body);
+    if (!document.blockPublished || body != document.publishedBody) m_send(body);
   } else {
     m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding,
                                   document.markOnDisk));
   }
   document.diagnosticsDue = false;
   document.blockPublished = false;
+  document.publishedBody = std::string();
 }
 
 void LanguageServer::FinishAnalysis(bool wait) {
