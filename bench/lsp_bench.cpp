@@ -1,11 +1,14 @@
 // Benchmarks of the language server on a large document: from the arrival
-// of a didChange of one line to the publishDiagnostics message it causes,
+// of a didChange to the publishDiagnostics message it causes (a keystroke
+// sent as a range, and the whole text as clients without ranges send it),
 // and the parts of that time; the requests an editor sends while a user
-// reads and types (outline, semantic tokens, completion).
+// reads and types (hover and definition right after a keystroke, outline,
+// semantic tokens, completion).
 #include <benchmark/benchmark.h>
 #include <time.h>
 
 #include <chrono>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
@@ -30,7 +33,8 @@ struct Edit {
 };
 
 const Edit& SampleEdit(size_t megabytes) {
-  static Edit edit;
+  static std::map<size_t, Edit> edits;
+  Edit& edit = edits[megabytes];
   if (edit.before.empty()) {
     edit.before = DecodeBuffer(BufferEncoding::kWindows1252, GenerateCatalogue(7, megabytes << 20));
     // The first digit of a definition id in the middle of the file.
@@ -44,6 +48,10 @@ const Edit& SampleEdit(size_t megabytes) {
 
 std::string Message(const std::string& method, json params) {
   return json{{"jsonrpc", "2.0"}, {"method", method}, {"params", std::move(params)}}.dump();
+}
+
+std::string RequestBody(const char* method, json params) {
+  return json{{"jsonrpc", "2.0"}, {"id", 2}, {"method", method}, {"params", std::move(params)}}.dump();
 }
 
 std::string DidChange(const std::string& text, int version) {
@@ -66,7 +74,7 @@ struct OpenServer {
   double sentAtCpu = 0;
   LanguageServer server;
 
-  OpenServer()
+  explicit OpenServer(size_t megabytes = 5)
       : server(ServerSettings(), "bench", [this](const std::string& body) {
           if (body.compare(0, 59, "{\"jsonrpc\":\"2.0\",\"method\":\"textDocument/publishDiagnostics\"") != 0) return;
           sentAt = std::chrono::steady_clock::now();
@@ -76,8 +84,53 @@ struct OpenServer {
     server.HandleBody(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", "initialize"}, {"params", json::object()}}.dump());
     server.HandleBody(Message(
         "textDocument/didOpen",
-        {{"textDocument", {{"uri", kUri}, {"languageId", "devdef"}, {"version", 1}, {"text", SampleEdit(5).before}}}}));
+        {{"textDocument", {{"uri", kUri}, {"languageId", "devdef"}, {"version", 1}, {"text", SampleEdit(megabytes).before}}}}));
     server.PublishDue();
+  }
+};
+
+// The protocol's position of a byte of the sample (ASCII up to the middle
+// of the file, one line end per line).
+json PositionIn(const std::string& text, size_t offset) {
+  long line = 0;
+  size_t start = 0;
+  for (size_t i = 0; i < offset; ++i) {
+    if (text[i] == '\n') {
+      ++line;
+      start = i + 1;
+    }
+  }
+  return {{"line", line}, {"character", static_cast<long>(offset - start)}};
+}
+
+// A keystroke as an editor sends it: one character typed into (or taken
+// out of) the text of a definition in the middle of the file.
+struct Keystroke {
+  json at;
+  std::string type;
+  std::string undo;
+
+  explicit Keystroke(size_t megabytes) {
+    const std::string& text = SampleEdit(megabytes).before;
+    const size_t line = text.find("\nKVR5DEF: ", text.size() / 2) + 1;
+    const size_t colon = text.find(" : ", line) + 3;
+    at = PositionIn(text, colon);
+    json after = at;
+    after["character"] = after["character"].get<long>() + 1;
+    type = Change(at, at, "x", 0);
+    undo = Change(at, after, "", 0);
+  }
+
+  static std::string Change(const json& start, const json& end, const char* text, int version) {
+    return Message("textDocument/didChange",
+                   {{"textDocument", {{"uri", kUri}, {"version", version}}},
+                    {"contentChanges", json::array({{{"range", {{"start", start}, {"end", end}}}, {"text", text}}})}});
+  }
+  // The change of an iteration: typed and taken out again by turns.
+  std::string Next(int version) const {
+    json message = json::parse(version % 2 == 0 ? type : undo);
+    message["params"]["textDocument"]["version"] = version;
+    return message.dump();
   }
 };
 
@@ -107,6 +160,56 @@ void BM_LspChangeToDiagnostics(benchmark::State& state) {
 }
 BENCHMARK(BM_LspChangeToDiagnostics)->Unit(benchmark::kMillisecond)->UseManualTime();
 
+// A keystroke sent as a range to its publishDiagnostics: the block read
+// again and its findings put in place of the old. block_reads counts the
+// changes published that way (1: every one). The argument is the size of
+// the file in MB.
+void BM_LspKeystrokeToDiagnostics(benchmark::State& state) {
+  const size_t megabytes = static_cast<size_t>(state.range(0));
+  OpenServer open(megabytes);
+  const Keystroke keystroke(megabytes);
+  int version = 2;
+  double cpu = 0;
+  for (auto _ : state) {
+    const std::string change = keystroke.Next(version++);
+    open.sent = 0;
+    const auto start = std::chrono::steady_clock::now();
+    const double startCpu = ThreadSeconds();
+    open.server.HandleBody(change);
+    open.server.PublishDue();
+    if (open.sent == 0) state.SkipWithError("no diagnostics published");
+    state.SetIterationTime(std::chrono::duration<double>(open.sentAt - start).count());
+    cpu += open.sentAtCpu - startCpu;
+  }
+  state.counters["cpu_ms"] = benchmark::Counter(cpu * 1e3 / static_cast<double>(state.iterations()));
+  state.counters["block_reads"] =
+      static_cast<double>(open.server.BlockPublications()) / static_cast<double>(state.iterations());
+}
+BENCHMARK(BM_LspKeystrokeToDiagnostics)->Arg(5)->Arg(50)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+// Hover (0) and definition (1) at the package number of a definition far
+// from a keystroke, right after it: answered from the last whole analysis,
+// which the keystroke left behind the text.
+void BM_LspRequestAfterKeystroke(benchmark::State& state) {
+  OpenServer open;
+  const Keystroke keystroke(5);
+  const std::string& text = SampleEdit(5).before;
+  const size_t line = text.find("\nKVR5DEF: ", text.size() / 4) + 1;
+  const size_t package = text.find(' ', line + 9) + 1;
+  const std::string request =
+      RequestBody(state.range(0) == 0 ? "textDocument/hover" : "textDocument/definition",
+                  {{"textDocument", {{"uri", kUri}}}, {"position", PositionIn(text, package)}});
+  int version = 2;
+  for (auto _ : state) {
+    state.PauseTiming();
+    open.server.HandleBody(keystroke.Next(version++));
+    open.server.PublishDue();
+    state.ResumeTiming();
+    open.server.HandleBody(request);
+  }
+}
+BENCHMARK(BM_LspRequestAfterKeystroke)->ArgName("definition")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+
 // The outline of the whole document, as clients ask for it after changes.
 void BM_LspDocumentSymbol(benchmark::State& state) {
   OpenServer open;
@@ -118,10 +221,6 @@ void BM_LspDocumentSymbol(benchmark::State& state) {
   for (auto _ : state) open.server.HandleBody(request);
 }
 BENCHMARK(BM_LspDocumentSymbol)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-std::string RequestBody(const char* method, json params) {
-  return json{{"jsonrpc", "2.0"}, {"id", 2}, {"method", method}, {"params", std::move(params)}}.dump();
-}
 
 // The semantic tokens of the whole document, as clients ask for them when it
 // is opened and after changes; sent counts the bytes of the answer.

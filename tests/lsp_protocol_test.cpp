@@ -58,7 +58,7 @@ TEST(LspProtocol, AnswersBadMessagesWithTheirErrors) {
   const json init = client.Receive();
   EXPECT_EQ(init["id"], "init");
   EXPECT_EQ(init["result"]["capabilities"],
-            json::parse(R"({"positionEncoding":"utf-16","textDocumentSync":{"openClose":true,"change":1},
+            json::parse(R"({"positionEncoding":"utf-16","textDocumentSync":{"openClose":true,"change":2},
                            "hoverProvider":true,"definitionProvider":true,"referencesProvider":true,
                            "documentSymbolProvider":true,"foldingRangeProvider":true,"completionProvider":{},
                            "renameProvider":{"prepareProvider":true},

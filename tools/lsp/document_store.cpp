@@ -75,9 +75,9 @@ bool FileOpensWithMark(const std::string& uri) {
 
 }  // namespace
 
-void Document::TakeBackText() {
-  if (stale || analysis == nullptr) return;
-  text = DecodeBuffer(encoding, analysis->Bytes());
+const SourceMap& Document::Map() {
+  if (m_map == nullptr) m_map.reset(new SourceMap(bytes));
+  return *m_map;
 }
 
 void DocumentStore::Open(const std::string& uri, std::int64_t version, std::string text) {
@@ -86,8 +86,10 @@ void DocumentStore::Open(const std::string& uri, std::int64_t version, std::stri
   document.uri = uri;
   document.name = NameOf(uri);
   document.version = version;
-  document.text = std::move(text);
-  document.markOnDisk = document.text.compare(0, 3, "\xEF\xBB\xBF") != 0 && FileOpensWithMark(uri);
+  document.stamp = ++m_stamps;
+  document.markOnDisk = text.compare(0, 3, "\xEF\xBB\xBF") != 0 && FileOpensWithMark(uri);
+  document.bytes = std::move(text);
+  document.encoding = EncodeBuffer(document.bytes);
 }
 
 void DocumentStore::Change(const std::string& uri, std::int64_t version, json& changes) {
@@ -100,23 +102,40 @@ void DocumentStore::Change(const std::string& uri, std::int64_t version, json& c
     }
     std::string& replacement = change["text"].get_ref<std::string&>();
     if (!change.contains("range")) {
-      document->text = std::move(replacement);
-    } else {
-      document->TakeBackText();
-      std::string& text = document->text;
-      const SourceMap map(text);
-      const PositionConverter positions(text, map, BufferEncoding::kUtf8);
-      const json& range = ObjectMember(change, "range");
-      size_t begin = OffsetOf(positions, ObjectMember(range, "start"), text.size());
-      size_t end = OffsetOf(positions, ObjectMember(range, "end"), text.size());
-      if (end < begin) std::swap(begin, end);
-      text.replace(begin, end - begin, replacement);
+      document->bytes = std::move(replacement);
+      document->encoding = EncodeBuffer(document->bytes);
+      document->edits.Scatter();
+      document->m_map.reset();
+      continue;
     }
-    document->stale = true;
+    const json& range = ObjectMember(change, "range");
+    // Single-byte text stays so while what comes in has a byte for each
+    // character; otherwise the whole text becomes UTF-8 again.
+    if (document->encoding == BufferEncoding::kWindows1252 && EncodeBuffer(replacement) != BufferEncoding::kWindows1252) {
+      document->bytes = DecodeBuffer(BufferEncoding::kWindows1252, document->bytes);
+      document->encoding = BufferEncoding::kUtf8;
+      document->m_map.reset();
+    }
+    std::string& bytes = document->bytes;
+    const PositionConverter positions(bytes, document->Map(), document->encoding);
+    size_t begin = OffsetOf(positions, ObjectMember(range, "start"), bytes.size());
+    size_t end = OffsetOf(positions, ObjectMember(range, "end"), bytes.size());
+    if (end < begin) std::swap(begin, end);
+    if (document->encoding != BufferEncoding::kWindows1252 || !document->Usable()) {
+      // A UTF-8 text is analysed whole: whether it is single-byte text now
+      // is a question of all of it.
+      document->edits.Scatter();
+    } else {
+      document->edits.Note(*document->analysis, begin, end, replacement.size());
+    }
+    bytes.replace(begin, end - begin, replacement);
+    document->m_map.reset();
   }
   document->version = version;
-  document->stale = true;
+  document->stamp = ++m_stamps;
   document->diagnosticsDue = true;
+  document->blockPublished = false;
+  document->publishedBody = std::string();
 }
 
 bool DocumentStore::Close(const std::string& uri) { return m_documents.erase(uri) > 0; }
@@ -128,7 +147,9 @@ Document* DocumentStore::Find(const std::string& uri) {
 
 Document* DocumentStore::Analysed(const std::string& uri) {
   Document* document = Find(uri);
-  if (document != nullptr && document->stale) Analyse(*document);
+  if (document == nullptr || document->Current()) return document;
+  if (m_worker.Busy() && m_worker.Uri() == uri) TakeWorker(true);
+  if (!document->Current()) Analyse(*document);
   return document;
 }
 
@@ -137,13 +158,22 @@ const DocumentIndex& DocumentStore::IndexOf(Document& document) {
   return *document.index;
 }
 
+const DiagnosticItems& DocumentStore::ItemsOf(Document& document) {
+  if (document.items == nullptr) {
+    document.items.reset(new DiagnosticItems(
+        MakeDiagnosticItems(document.uri, *document.analysis, document.encoding, document.markOnDisk)));
+  }
+  return *document.items;
+}
+
 void DocumentStore::SetSettings(const ServerSettings& settings) {
   m_settings = settings;
   for (auto& entry : m_documents) {
     Document& document = entry.second;
-    document.TakeBackText();
-    document.stale = true;
+    document.edits.Scatter();
+    document.stamp = ++m_stamps;
     document.diagnosticsDue = true;
+    document.blockPublished = false;
   }
 }
 
@@ -154,14 +184,62 @@ std::vector<std::string> DocumentStore::Uris() const {
   return uris;
 }
 
+bool DocumentStore::StartWorker() {
+  if (m_worker.Busy()) return false;
+  for (auto& entry : m_documents) {
+    Document& document = entry.second;
+    if (document.Current()) continue;
+    AnalysisJob job;
+    job.uri = document.uri;
+    job.version = static_cast<std::int64_t>(document.stamp);
+    job.name = document.name;
+    job.bytes = document.bytes;
+    job.encoding = document.encoding;
+    job.options = m_settings.Options();
+    m_worker.Start(std::move(job));
+    return true;
+  }
+  return false;
+}
+
+Document* DocumentStore::TakeWorker(bool wait) {
+  if (!m_worker.Busy() || (!wait && !m_worker.Over())) return nullptr;
+  return Adopt(m_worker.Take());
+}
+
+Document* DocumentStore::Adopt(AnalysisResult result) {
+  Document* document = Find(result.uri);
+  // A newer change (or new settings) made the result stale: it goes, and
+  // a later job analyses the newest text.
+  if (document == nullptr || result.analysis == nullptr || document->Current() ||
+      static_cast<std::int64_t>(document->stamp) != result.version) {
+    return nullptr;
+  }
+  if (result.encoding != document->encoding) {
+    // The text lost its last character outside Windows-1252.
+    if (EncodeBuffer(document->bytes) != result.encoding) return nullptr;
+    document->encoding = result.encoding;
+    document->m_map.reset();
+  }
+  SetAnalysis(*document, std::move(result.analysis));
+  return document;
+}
+
+void DocumentStore::SetAnalysis(Document& document, AnalysisPtr analysis) {
+  document.index.reset();
+  document.items.reset();
+  document.analysis = std::move(analysis);
+  document.edits.Reset();
+}
+
 void DocumentStore::Analyse(Document& document) {
+  if (document.encoding == BufferEncoding::kUtf8) {
+    document.encoding = EncodeBuffer(document.bytes);
+    document.m_map.reset();
+  }
   // The old analysis goes first: the new one then reuses its memory, which
   // keeps the process at one analysis per document and is quicker than
   // fresh pages.
-  document.index.reset();
-  document.analysis.reset();
-  document.encoding = EncodeBuffer(document.text);
-  document.analysis = Analysis::ReadText(document.name, std::move(document.text), m_settings.Options());
-  document.text = std::string();
-  document.stale = false;
+  SetAnalysis(document, AnalysisPtr());
+  document.analysis = ReadLocked(document.name, document.bytes, m_settings.Options());
 }

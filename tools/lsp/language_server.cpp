@@ -1,9 +1,12 @@
 #include "tools/lsp/language_server.h"
 
 #include <cstdio>
+#include <functional>
 #include <initializer_list>
+#include <mutex>
 #include <utility>
 
+#include "tools/lsp/block_reading.h"
 #include "tools/lsp/features/code_actions.h"
 #include "tools/lsp/features/completion.h"
 #include "tools/lsp/features/diagnostics.h"
@@ -151,12 +154,13 @@ std::string LanguageServer::Request(const std::string& method, const json& param
     return "null";
   }
   if (method == "textDocument/hover") {
-    return Answer(params, true, "null",
-                  [](const DocumentView& view, size_t at) { return JsonText(HoverAt(view, at)); });
+    return Answer(
+        params, true, "null", [](const DocumentView& view, size_t at) { return JsonText(HoverAt(view, at)); }, true);
   }
   if (method == "textDocument/definition") {
-    return Answer(params, true, "null",
-                  [](const DocumentView& view, size_t at) { return JsonText(DefinitionAt(view, at)); });
+    return Answer(
+        params, true, "null", [](const DocumentView& view, size_t at) { return JsonText(DefinitionAt(view, at)); },
+        true);
   }
   if (method == "textDocument/references") {
     const bool declaration = IsTrue(params, {"context", "includeDeclaration"});
@@ -229,7 +233,7 @@ json LanguageServer::Initialize(const json& params) {
       {"capabilities",
        {
            {"positionEncoding", "utf-16"},
-           {"textDocumentSync", {{"openClose", true}, {"change", 1}}},
+           {"textDocumentSync", {{"openClose", true}, {"change", 2}}},
            {"hoverProvider", true},
            {"definitionProvider", true},
            {"referencesProvider", true},
@@ -267,12 +271,17 @@ void LanguageServer::Notification(const std::string& method, json& params) {
 }
 
 std::string LanguageServer::Answer(const json& params, bool atPosition, const char* empty,
-                                   const std::function<std::string(const DocumentView&, size_t)>& feature) {
+                                   const std::function<std::string(const DocumentView&, size_t)>& feature,
+                                   bool fromBase) {
   const std::string& uri = UriOf(params);
   LspPosition position;
   if (atPosition) position = PositionOf(ObjectMember(params, "position"));
-  Document* document = m_documents.Analysed(uri);
-  if (document == nullptr || !document->Usable()) return empty;
+  Document* document = m_documents.Find(uri);
+  if (document == nullptr) return empty;
+  std::string answer;
+  if (fromBase && atPosition && AnswerFromBase(*document, position, feature, &answer)) return answer;
+  document = m_documents.Analysed(uri);
+  if (!document->Usable()) return empty;
   Analysis& analysis = *document->analysis;
   const PositionConverter positions(analysis.Bytes(), analysis.Map(), document->encoding);
   const DocumentView view{document->uri,
@@ -284,7 +293,47 @@ std::string LanguageServer::Answer(const json& params, bool atPosition, const ch
                           m_documents.Settings().Options()};
   size_t offset = 0;
   if (atPosition && !positions.ToOffset(position, &offset)) return empty;
+  std::lock_guard<std::recursive_mutex> hold(LibraryLock());
   return feature(view, offset);
+}
+
+bool LanguageServer::AnswerFromBase(Document& document, LspPosition position,
+                                    const std::function<std::string(const DocumentView&, size_t)>& feature,
+                                    std::string* answer) {
+  if (document.Current() || !document.edits.InOneBlock() || !document.Usable()) return false;
+  Analysis& analysis = *document.analysis;
+  // With as many lines as before, every line outside the device's stands
+  // where it stood, with its bytes.
+  if (document.Map().LineCount() != analysis.Map().LineCount()) return false;
+  const PositionConverter now(document.bytes, document.Map(), document.encoding);
+  size_t offset = 0;
+  if (!now.ToOffset(position, &offset)) return false;
+  const size_t begin = document.edits.LinesBegin();
+  const long long end = static_cast<long long>(document.edits.LinesEnd()) + document.edits.Delta();
+  if (offset >= begin && static_cast<long long>(offset) < end) return false;
+  if (offset >= begin) offset = static_cast<size_t>(static_cast<long long>(offset) - document.edits.Delta());
+  const DocumentIndex& index = m_documents.IndexOf(document);
+  IndexedPlace place;
+  if (index.At(offset, &place)) {
+    // What is said of a kind or manufacturer counts the definitions of its
+    // devices.
+    const DeviceRecord& device = analysis.Devices()[document.edits.Device()];
+    if ((place.kind == IndexedPlace::kManufacturer && place.record == device.manufacturer) ||
+        (place.kind == IndexedPlace::kKind && place.record == analysis.Manufacturers()[device.manufacturer].kind)) {
+      return false;
+    }
+  }
+  const PositionConverter positions(analysis.Bytes(), analysis.Map(), document.encoding);
+  const DocumentView view{document.uri,
+                          analysis,
+                          index,
+                          positions,
+                          m_documents.Settings().generation,
+                          document.encoding,
+                          m_documents.Settings().Options()};
+  std::lock_guard<std::recursive_mutex> hold(LibraryLock());
+  *answer = feature(view, offset);
+  return true;
 }
 
 void LanguageServer::Configure(const json& settings) {
@@ -301,14 +350,56 @@ void LanguageServer::PublishDue(const ChangeWaiting& waiting) {
     Document* document = m_documents.Find(uri);
     if (document == nullptr || !document->diagnosticsDue) continue;
     if (waiting && waiting(uri)) continue;
+    if (!document->Current() && PublishBlock(*document)) continue;
     Publish(*m_documents.Analysed(uri));
   }
 }
 
-void LanguageServer::Publish(Document& document) {
-  m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding,
-                                document.markOnDisk));
+bool LanguageServer::PublishBlock(Document& document) {
+  if (!document.edits.InOneBlock() || !document.Usable()) return false;
+  BlockReading reading;
+  if (!ReadBlockAgain(*document.analysis, document.edits, document.bytes, document.Map(),
+                      m_documents.Settings().Options(), &reading)) {
+    return false;
+  }
+  std::string body =
+      PublishSplicedBody(document.uri, document.version, m_documents.ItemsOf(document), reading.before,
+                         reading.behind, *reading.analysis, reading.first, reading.count, reading.lineShift,
+                         document.encoding);
+  m_send(body);
   document.diagnosticsDue = false;
+  document.blockPublished = true;
+  document.publishedBody = std::move(body);
+  ++m_blockPublications;
+  return true;
+}
+
+void LanguageServer::Publish(Document& document) {
+  if (document.Usable()) {
+    const std::string body = PublishDiagnosticsBody(document.uri, document.version, m_documents.ItemsOf(document));
+    // The whole analysis confirms what reading a block again published.
+    if (!document.blockPublished || body != document.publishedBody) m_send(body);
+  } else {
+    m_send(PublishDiagnosticsBody(document.uri, document.version, document.analysis.get(), document.encoding,
+                                  document.markOnDisk));
+  }
+  document.diagnosticsDue = false;
+  document.blockPublished = false;
+  document.publishedBody = std::string();
+}
+
+void LanguageServer::FinishAnalysis(bool wait) {
+  Document* document = m_documents.TakeWorker(wait);
+  if (document == nullptr) return;
+  if (document->diagnosticsDue || document->blockPublished) {
+    document->diagnosticsDue = true;
+    Publish(*document);
+  }
+}
+
+void LanguageServer::StopAnalysis() {
+  m_documents.TakeWorker(true);
+  m_documents.SetWorkerDone(std::function<void()>());
 }
 
 void LanguageServer::Log(const std::string& message) {

@@ -46,6 +46,22 @@ class LanguageServer {
   // for a text that is already gone.
   void PublishDue(const ChangeWaiting& waiting = ChangeWaiting());
 
+  // The whole analysis on a thread of its own (document_store.h): done is
+  // called on that thread when a job is over, and must be set before the
+  // first. StartAnalysis starts one for a document whose analysis is
+  // behind its text (false when none is, or one runs); FinishAnalysis
+  // takes its result when it is over (or waits for it) and publishes the
+  // diagnostics when they differ from those published; StopAnalysis waits
+  // for a running one and drops it.
+  void SetAnalysisDone(std::function<void()> done) { m_documents.SetWorkerDone(std::move(done)); }
+  bool StartAnalysis() { return m_documents.StartWorker(); }
+  bool AnalysisRunning() const { return m_documents.WorkerBusy(); }
+  void FinishAnalysis(bool wait);
+  void StopAnalysis();
+  // How many times diagnostics were published by reading a changed block
+  // alone (for tests and benchmarks).
+  size_t BlockPublications() const { return m_blockPublications; }
+
   // Tells the client's log about a problem of the stream or the server.
   void Log(const std::string& message);
 
@@ -63,8 +79,18 @@ class LanguageServer {
   // The answer of a feature (JSON text): feature run on the document the
   // request names (at its position, when atPosition), or empty when the
   // document is not open, is no definition file or has no such position.
+  // fromBase: the feature may answer from the last whole analysis when the
+  // position is away from what changed since (hover, definition).
   std::string Answer(const nlohmann::json& params, bool atPosition, const char* empty,
-                     const std::function<std::string(const DocumentView&, size_t)>& feature);
+                     const std::function<std::string(const DocumentView&, size_t)>& feature, bool fromBase = false);
+  // The answer of feature from the last whole analysis of document, when
+  // the edits since lie inside one device's block and the position is
+  // outside its lines and not at its kind or manufacturer; false if not.
+  bool AnswerFromBase(Document& document, LspPosition position,
+                      const std::function<std::string(const DocumentView&, size_t)>& feature, std::string* answer);
+  // Publishes the diagnostics of a document changed inside one device's
+  // block by reading the block again; false when that cannot tell.
+  bool PublishBlock(Document& document);
   void Configure(const nlohmann::json& settings);
   void Publish(Document& document);
 
@@ -75,6 +101,7 @@ class LanguageServer {
   bool m_shutDown = false;
   bool m_exited = false;
   bool m_hierarchicalSymbols = false;
+  size_t m_blockPublications = 0;
   std::set<std::string> m_cancelled;  // ids of cancelled requests, as JSON text
 };
 

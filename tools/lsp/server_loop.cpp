@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -63,7 +64,13 @@ class FdByteSource : public ByteSource {
 struct Incoming {
   json message;         // discarded when the body was no JSON
   std::string problem;  // a problem of the stream instead of a message
+  bool analysisOver = false;  // instead of a message: the worker's analysis is over
 };
+
+// How long the client must be quiet before the whole analysis of a changed
+// document starts on the worker's thread: longer than editors wait between
+// the changes of one run of typing, so that a keystroke rarely waits for it.
+constexpr std::chrono::milliseconds kQuiet(300);
 
 // The messages read and not yet taken.
 class Inbox {
@@ -83,13 +90,19 @@ class Inbox {
     m_ready.notify_one();
   }
   // Everything that arrived, waiting for at least one; empty once the
-  // input ended.
+  // input ended. With a quiet time: false when nothing came within it.
   std::deque<Incoming> TakeAll() {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_ready.wait(lock, [this] { return !m_items.empty() || m_ended; });
     std::deque<Incoming> taken;
     taken.swap(m_items);
     return taken;
+  }
+  bool TakeAll(std::chrono::milliseconds quiet, std::deque<Incoming>* taken) {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_ready.wait_for(lock, quiet, [this] { return !m_items.empty() || m_ended; })) return false;
+    taken->swap(m_items);
+    return true;
   }
   // Whether a change or close of the document waits.
   bool ChangeWaiting(const std::string& uri) {
@@ -156,14 +169,32 @@ int RunLanguageServer(int input, int output, const ServerSettings& settings, con
   FdByteSource source(input);
   Inbox inbox;
   std::thread reader([&source, &inbox] { ReadMessages(source, inbox); });
+  server.SetAnalysisDone([&inbox] {
+    Incoming over;
+    over.analysisOver = true;
+    inbox.Put(std::move(over));
+  });
 
+  bool idle = false;  // whether the client was quiet since the last analysis started
   while (!server.Exited() && !outputFailed) {
-    std::deque<Incoming> batch = inbox.TakeAll();
+    std::deque<Incoming> batch;
+    if (idle || server.AnalysisRunning()) {
+      batch = inbox.TakeAll();
+    } else if (!inbox.TakeAll(kQuiet, &batch)) {
+      server.StartAnalysis();
+      idle = true;
+      continue;
+    }
     if (batch.empty()) break;  // the input ended
     for (Incoming& incoming : batch) {
       if (LanguageServer::IsCancellation(incoming.message)) server.Handle(incoming.message);
     }
     for (Incoming& incoming : batch) {
+      idle = false;
+      if (incoming.analysisOver) {
+        server.FinishAnalysis(false);
+        continue;
+      }
       if (!incoming.problem.empty()) {
         server.Log(incoming.problem);
       } else if (incoming.message.is_discarded()) {
@@ -176,6 +207,7 @@ int RunLanguageServer(int input, int output, const ServerSettings& settings, con
     server.ForgetCancellations();
     if (!server.Exited()) server.PublishDue([&inbox](const std::string& uri) { return inbox.ChangeWaiting(uri); });
   }
+  server.StopAnalysis();
   source.Stop();
   reader.join();
   return server.ExitCode();

@@ -99,34 +99,103 @@ void AppendHiddenMark(Target& target) {
 
 }  // namespace
 
-std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
-                                   BufferEncoding encoding, bool markOnDisk) {
-  std::string out = "{\"jsonrpc\":\"2.0\",\"method\":\"textDocument/publishDiagnostics\",\"params\":{\"uri\":";
+namespace {
+
+void AppendHead(std::string& out, const std::string& uri, const std::int64_t* version) {
+  out += "{\"jsonrpc\":\"2.0\",\"method\":\"textDocument/publishDiagnostics\",\"params\":{\"uri\":";
   AppendString(out, uri);
-  if (analysis != nullptr) {
+  if (version != nullptr) {
     out += ",\"version\":";
-    AppendJsonNumber(out, static_cast<long long>(version));
+    AppendJsonNumber(out, static_cast<long long>(*version));
   }
   out += ",\"diagnostics\":[";
+}
+
+// Items [from, to) of items, each behind a "," unless it is the first of
+// the list.
+void AppendItems(std::string& out, const DiagnosticItems& items, size_t from, size_t to, bool& first) {
+  for (size_t i = from; i < to; ++i) {
+    if (!first) out += ',';
+    first = false;
+    const size_t begin = i == 0 ? 0 : items.ends[i - 1];
+    out.append(items.text, begin, items.ends[i] - begin);
+  }
+}
+
+void AppendTail(std::string& out, const DiagnosticItems& items, bool first) {
+  if (!items.tail.empty()) {
+    if (!first) out += ',';
+    out += items.tail;
+  }
+  out += "]}}";
+}
+
+}  // namespace
+
+DiagnosticItems MakeDiagnosticItems(const std::string& uri, const Analysis& analysis, BufferEncoding encoding,
+                                    bool markOnDisk) {
+  DiagnosticItems items;
+  const PositionConverter positions(analysis.Bytes(), analysis.Map(), encoding);
+  Target target{items.text, uri, analysis, positions, encoding};
+  const std::vector<Finding>& findings = analysis.FindingsOf().List();
+  items.text.reserve(findings.size() * 200);
+  items.ends.reserve(findings.size());
+  for (const Finding& finding : findings) {
+    AppendDiagnostic(target, finding);
+    items.ends.push_back(items.text.size());
+  }
+  const std::string_view bytes = analysis.Bytes();
+  const LineLooks looks(bytes, analysis.Layout());
+  if (markOnDisk && looks.OpensWithNoCase(0, static_cast<std::uint32_t>(bytes.size()), "DEF_LAYOUT_VERSION")) {
+    Target tail{items.tail, uri, analysis, positions, encoding};
+    AppendHiddenMark(tail);
+  }
+  return items;
+}
+
+std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const DiagnosticItems& items) {
+  std::string out;
+  out.reserve(items.text.size() + items.ends.size() + items.tail.size() + uri.size() + 128);
+  AppendHead(out, uri, &version);
+  bool first = true;
+  AppendItems(out, items, 0, items.ends.size(), first);
+  AppendTail(out, items, first);
+  return out;
+}
+
+std::string PublishSplicedBody(const std::string& uri, std::int64_t version, const DiagnosticItems& items,
+                               size_t before, size_t behind, const Analysis& small, size_t first, size_t count,
+                               long lineShift, BufferEncoding encoding) {
+  std::string out;
+  out.reserve(items.text.size() + items.ends.size() + items.tail.size() + uri.size() + 128 + count * 200);
+  AppendHead(out, uri, &version);
+  bool none = true;
+  AppendItems(out, items, 0, before, none);
+  PositionConverter positions(small.Bytes(), small.Map(), encoding);
+  positions.ShiftLines(lineShift);
+  Target target{out, uri, small, positions, encoding};
+  const std::vector<Finding>& findings = small.FindingsOf().List();
+  for (size_t i = first; i < first + count; ++i) {
+    if (!none) out += ',';
+    none = false;
+    AppendDiagnostic(target, findings[i]);
+  }
+  AppendItems(out, items, behind, items.ends.size(), none);
+  AppendTail(out, items, none);
+  return out;
+}
+
+std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
+                                   BufferEncoding encoding, bool markOnDisk) {
+  if (analysis != nullptr && analysis->Usable()) {
+    return PublishDiagnosticsBody(uri, version, MakeDiagnosticItems(uri, *analysis, encoding, markOnDisk));
+  }
+  std::string out;
+  AppendHead(out, uri, analysis != nullptr ? &version : nullptr);
   if (analysis != nullptr) {
     const PositionConverter positions(analysis->Bytes(), analysis->Map(), encoding);
     Target target{out, uri, *analysis, positions, encoding};
-    if (!analysis->Usable()) {
-      AppendUnusable(target, *analysis);
-    } else {
-      const std::vector<Finding>& findings = analysis->FindingsOf().List();
-      out.reserve(out.size() + findings.size() * 200);
-      for (size_t i = 0; i < findings.size(); ++i) {
-        if (i > 0) out += ',';
-        AppendDiagnostic(target, findings[i]);
-      }
-      const std::string_view bytes = analysis->Bytes();
-      const LineLooks looks(bytes, analysis->Layout());
-      if (markOnDisk && looks.OpensWithNoCase(0, static_cast<std::uint32_t>(bytes.size()), "DEF_LAYOUT_VERSION")) {
-        if (!findings.empty()) out += ',';
-        AppendHiddenMark(target);
-      }
-    }
+    AppendUnusable(target, *analysis);
   }
   out += "]}}";
   return out;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "tools/analysis/analysis.h"
 #include "tools/lsp/protocol/text_positions.h"
@@ -20,6 +21,25 @@
 // hides a version line at the start of the text from the reader.
 std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const Analysis* analysis,
                                    BufferEncoding encoding, bool markOnDisk = false);
+
+// The diagnostics of a usable document's findings, each as its JSON text,
+// kept so that a change inside one device's block writes only that block's
+// again (block_reading.h).
+struct DiagnosticItems {
+  std::string text;          // the items, one behind the other
+  std::vector<size_t> ends;  // where the item of each finding ends in text
+  std::string tail;          // the item behind the findings' (a hidden byte order mark), or empty
+};
+DiagnosticItems MakeDiagnosticItems(const std::string& uri, const Analysis& analysis, BufferEncoding encoding,
+                                    bool markOnDisk);
+// The notification of those items.
+std::string PublishDiagnosticsBody(const std::string& uri, std::int64_t version, const DiagnosticItems& items);
+// The notification of the items of findings [0, before) and [behind, end)
+// with, between them, the findings [first, first + count) of small, whose
+// line L is the document's line L + lineShift.
+std::string PublishSplicedBody(const std::string& uri, std::int64_t version, const DiagnosticItems& items,
+                               size_t before, size_t behind, const Analysis& small, size_t first, size_t count,
+                               long lineShift, BufferEncoding encoding);
 
 // One finding of a usable document's analysis as the Diagnostic that the
 // notification above publishes for it (JSON text), for the code actions

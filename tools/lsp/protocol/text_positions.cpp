@@ -35,7 +35,7 @@ long PositionConverter::Units(size_t lineStart, size_t offset) const {
 LspPosition PositionConverter::ToPosition(const TextPoint& point) const {
   const size_t lineStart = m_map.LineStart(point.line);
   const size_t offset = lineStart + static_cast<size_t>(point.column > 0 ? point.column - 1 : 0);
-  return LspPosition{point.line - 1, Units(lineStart, offset)};
+  return LspPosition{point.line - 1 + m_lineShift, Units(lineStart, offset)};
 }
 
 bool PositionConverter::ToOffset(LspPosition position, size_t* offset) const {

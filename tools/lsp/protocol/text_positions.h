@@ -28,6 +28,10 @@ class PositionConverter {
 
   // The protocol's position of a point of the analysis.
   LspPosition ToPosition(const TextPoint& point) const;
+  // Positions given from now on stand lines further down: the bytes are a
+  // piece of a document whose lines are the same but counted from another
+  // line.
+  void ShiftLines(long lines) { m_lineShift = lines; }
   // The byte offset of a position: a column past the line's end gives the
   // line end, one inside a character the character's start. False when the
   // line is not in the document.
@@ -44,6 +48,7 @@ class PositionConverter {
   std::string_view m_bytes;
   const SourceMap& m_map;
   bool m_singleByte;
+  long m_lineShift = 0;
   // The last count: places along a line continue from it.
   mutable size_t m_lastLine = static_cast<size_t>(-1);
   mutable size_t m_lastOffset = 0;
