@@ -112,6 +112,29 @@ TEST(LspDiagnostics, CountColumnsInUtf16AndShowNamesAsTheEditorDoes) {
             "HOUSING_LIST entry 0: \xC3\xA9\xE2\x82\xAC");
 }
 
+// A finding repeated along a line is one diagnostic, as check shows it:
+// from the first place to the end of the last, its message saying how often.
+TEST(LspDiagnostics, RepeatsAlongALineAreOne) {
+  DirectClient client;
+  client.Open("file:///repeat.def",
+              "DEF_LAYOUT_VERSION = 7\nMODUL_LIST BASE;\nK:\n:M\nD\n{\n"
+              "KVR5DEF: 1 0 0 9,9,5,9 16 0 1 2 1F 0 5 6 A 1 0 : x\nKVR5DEF: 2 0 0 9 16 0 1 2 1F 0 5 6 A 1 0 : y\n}\n");
+  std::vector<std::string> adapters;
+  const std::vector<json> published = client.Publish();
+  ASSERT_EQ(published.size(), 1u);
+  for (const json& d : published[0]["params"]["diagnostics"]) {
+    const std::string message = d["message"];
+    if (message.rfind("adapter", 0) == 0) adapters.push_back(At(d["range"]) + " " + message);
+  }
+  // published diagnostics, for a failure's message
+  SCOPED_TRACE(published[0].dump());
+  EXPECT_EQ(adapters, (std::vector<std::string>{
+                          "6:15-6:22 adapter 9 has no name in ADAPTER_LIST (3 times, columns 16-22)",
+                          "6:19-6:20 adapter 5 has no name in ADAPTER_LIST",
+                          "7:15-7:16 adapter 9 has no name in ADAPTER_LIST",
+                      }));
+}
+
 TEST(LspDiagnostics, AByteOrderMarkTheEditorHidesIsSaid) {
   // The editor sends the text without the mark its file on disk opens with.
   const std::string text = "DEF_LAYOUT_VERSION = 1\nHOUSING_LIST A;\nADAPTER_LIST B;\nMODUL_LIST C;\nK:\n";

@@ -1,5 +1,6 @@
 #include "tools/lsp/features/diagnostics.h"
 
+#include "tools/diagnostics/repeated_findings.h"
 #include "tools/lsp/protocol/json_text.h"
 #include "tools/lsp/protocol/text_positions.h"
 
@@ -20,6 +21,14 @@ struct Target {
   void Range(ByteSpan span) { AppendJsonRange(out, positions, analysis.Map().RangeOf(span)); }
 };
 
+// The findings [from, to) of a list.
+std::vector<const Finding*> AllOf(const std::vector<Finding>& findings, size_t from, size_t to) {
+  std::vector<const Finding*> all;
+  all.reserve(to - from);
+  for (size_t i = from; i < to; ++i) all.push_back(&findings[i]);
+  return all;
+}
+
 // The protocol's severity: Error 1, Warning 2, Information 3.
 int SeverityNumber(Severity severity) {
   switch (severity) {
@@ -33,18 +42,22 @@ int SeverityNumber(Severity severity) {
   return 1;
 }
 
-void AppendDiagnostic(Target& target, const Finding& finding) {
+// A finding, or findings repeated along its line merged into it
+// (tools/diagnostics/repeated_findings.h): its range runs to the end of the
+// last, its message says how often and where.
+void AppendDiagnostic(Target& target, const ShownFinding& shown) {
+  const Finding& finding = *shown.finding;
   std::string& out = target.out;
   const Analysis& analysis = target.analysis;
   out += "{\"range\":";
-  target.Range(finding.span);
+  target.Range(shown.Whole());
   out += ",\"severity\":";
   AppendJsonNumber(out, SeverityNumber(finding.severity));
   out += ",\"code\":";
   AppendString(out, InfoOf(finding.kind).id);
   out += ",\"source\":\"devdef\",\"message\":";
   const std::string message = analysis.MessageOf(finding);
-  target.Text(finding.count > 1 ? message + " (" + std::to_string(finding.count) + " times)" : message);
+  target.Text(message + RepeatSuffix(analysis, shown, ColumnUnit::kCodePoints));
   const Findings& findings = analysis.FindingsOf();
   if (finding.relatedCount > 0) {
     out += ",\"relatedInformation\":[";
@@ -115,9 +128,11 @@ void AppendHead(std::string& out, const std::string& uri, const std::int64_t* ve
 // the list.
 void AppendItems(std::string& out, const DiagnosticItems& items, size_t from, size_t to, bool& first) {
   for (size_t i = from; i < to; ++i) {
+    const size_t begin = i == 0 ? 0 : items.ends[i - 1];
+    // A finding merged into one before it has no item of its own.
+    if (begin == items.ends[i]) continue;
     if (!first) out += ',';
     first = false;
-    const size_t begin = i == 0 ? 0 : items.ends[i - 1];
     out.append(items.text, begin, items.ends[i] - begin);
   }
 }
@@ -140,8 +155,12 @@ DiagnosticItems MakeDiagnosticItems(const std::string& uri, const Analysis& anal
   const std::vector<Finding>& findings = analysis.FindingsOf().List();
   items.text.reserve(findings.size() * 200);
   items.ends.reserve(findings.size());
-  for (const Finding& finding : findings) {
-    AppendDiagnostic(target, finding);
+  // Each finding's item; one merged into another keeps an empty one, so
+  // that the items stay one a finding.
+  const std::vector<ShownFinding> shown = MergeRepeats(analysis, AllOf(findings, 0, findings.size()));
+  size_t next = 0;
+  for (size_t i = 0; i < findings.size(); ++i) {
+    if (next < shown.size() && shown[next].finding == &findings[i]) AppendDiagnostic(target, shown[next++]);
     items.ends.push_back(items.text.size());
   }
   const std::string_view bytes = analysis.Bytes();
@@ -175,10 +194,10 @@ std::string PublishSplicedBody(const std::string& uri, std::int64_t version, con
   positions.ShiftLines(lineShift);
   Target target{out, uri, small, positions, encoding};
   const std::vector<Finding>& findings = small.FindingsOf().List();
-  for (size_t i = first; i < first + count; ++i) {
+  for (const ShownFinding& shown : MergeRepeats(small, AllOf(findings, first, first + count))) {
     if (!none) out += ',';
     none = false;
-    AppendDiagnostic(target, findings[i]);
+    AppendDiagnostic(target, shown);
   }
   AppendItems(out, items, behind, items.ends.size(), none);
   AppendTail(out, items, none);
@@ -205,6 +224,6 @@ std::string DiagnosticText(const std::string& uri, const Analysis& analysis, con
                            BufferEncoding encoding, const Finding& finding) {
   std::string out;
   Target target{out, uri, analysis, positions, encoding};
-  AppendDiagnostic(target, finding);
+  AppendDiagnostic(target, ShownFinding{&finding, finding.count, finding.span});
   return out;
 }
