@@ -7,6 +7,16 @@ std::string FindingMessage(const Analysis& analysis, const Findings& findings, c
   return ShownText(analysis.MessageOf(*shown.finding, findings)) + RepeatSuffix(analysis, shown, unit);
 }
 
+std::string RepeatSuffix(const Analysis& analysis, const ShownFinding& shown, ColumnUnit unit) {
+  if (shown.count <= 1) return std::string();
+  std::string suffix = " (" + std::to_string(shown.count) + " times";
+  if (shown.Spread()) {
+    suffix += ", columns " + std::to_string(ShownPoint(analysis, shown.finding->span.begin, unit).column) + "-" +
+              std::to_string(ShownPoint(analysis, shown.last.begin, unit).column);
+  }
+  return suffix + ")";
+}
+
 std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place) {
   return ShownText(analysis.MessageOf(place.says, findings));
 }

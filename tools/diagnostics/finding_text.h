@@ -13,6 +13,11 @@
 // columns in unit.
 std::string FindingMessage(const Analysis& analysis, const Findings& findings, const ShownFinding& shown,
                            ColumnUnit unit);
+// What stands behind a merged finding's message: " (N times)" when its
+// findings share one place, " (N times, columns A-B)" when they stand
+// along the line (A and B the first and last one's columns in unit);
+// empty for a finding of its own.
+std::string RepeatSuffix(const Analysis& analysis, const ShownFinding& shown, ColumnUnit unit);
 // What a related place says, as UTF-8.
 std::string RelatedMessage(const Analysis& analysis, const Findings& findings, const RelatedPlace& place);
 

@@ -4,8 +4,6 @@
 #include <string_view>
 #include <tuple>
 
-#include "tools/diagnostics/finding_text.h"
-
 namespace {
 
 // True when a line end stands in bytes [from, to).
@@ -86,14 +84,4 @@ std::vector<ShownFinding> MergeRepeats(const Analysis& analysis, const std::vect
     lineBegin = i;
   }
   return shown;
-}
-
-std::string RepeatSuffix(const Analysis& analysis, const ShownFinding& shown, ColumnUnit unit) {
-  if (shown.count <= 1) return std::string();
-  std::string suffix = " (" + std::to_string(shown.count) + " times";
-  if (shown.Spread()) {
-    suffix += ", columns " + std::to_string(ShownPoint(analysis, shown.finding->span.begin, unit).column) + "-" +
-              std::to_string(ShownPoint(analysis, shown.last.begin, unit).column);
-  }
-  return suffix + ")";
 }

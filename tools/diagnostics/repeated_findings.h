@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "tools/analysis/analysis.h"
-#include "tools/text/text_encoding.h"
 
 // One finding as it is shown: the first of the findings it stands for,
 // with their number and the place of the last of them.
@@ -29,11 +28,5 @@ struct ShownFinding {
 // message on one line merged into the first of them; related places are
 // the first one's. O(n log n) in the findings of the busiest line.
 std::vector<ShownFinding> MergeRepeats(const Analysis& analysis, const std::vector<const Finding*>& findings);
-
-// What stands behind a merged finding's message: " (N times)" when its
-// findings share one place, " (N times, columns A-B)" when they stand
-// along the line (A and B the first and last one's columns in unit);
-// empty for a finding of its own.
-std::string RepeatSuffix(const Analysis& analysis, const ShownFinding& shown, ColumnUnit unit);
 
 #endif  // DEVDEF_TOOLS_DIAGNOSTICS_REPEATED_FINDINGS_H_

@@ -1,5 +1,6 @@
 #include "tools/lsp/features/diagnostics.h"
 
+#include "tools/diagnostics/finding_text.h"
 #include "tools/diagnostics/repeated_findings.h"
 #include "tools/lsp/protocol/json_text.h"
 #include "tools/lsp/protocol/text_positions.h"
