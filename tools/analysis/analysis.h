@@ -58,6 +58,9 @@ class Analysis {
   // The layout the file was read as: the option, else the version line's;
   // -1 when the file names none.
   int Layout() const { return m_layout; }
+  // The layout the version line the reader took names; -1 when it took
+  // none.
+  int DeclaredLayout() const { return m_records.versionTaken ? m_records.versionLayout : -1; }
   const std::string& Path() const { return m_path; }
   std::string_view Bytes() const;
   // Offsets as lines and columns; made on first use.

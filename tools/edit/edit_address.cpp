@@ -54,7 +54,7 @@ bool FindDevice(EditStep& step, const std::string& name, std::uint32_t record, s
   }
   for (const std::uint32_t d : found.matches) candidates.push_back(DevicePath(step.a, d));
   return step.Unknown("'" + name + "' names " + std::to_string(found.matches.size()) + " devices; name one",
-                      candidates);
+                      candidates, true);
 }
 
 bool FindDefinition(EditStep& step, const std::string& name, std::uint32_t record, std::uint32_t* definition) {
@@ -105,7 +105,7 @@ bool FindDefinition(EditStep& step, const std::string& name, std::uint32_t recor
   }
   return step.Unknown("the id " + std::to_string(id) + " is used by " + std::to_string(found.size()) +
                           " definitions; name one as DEVICE#N",
-                      candidates);
+                      candidates, true);
 }
 
 namespace {
@@ -135,7 +135,7 @@ bool FindNamed(EditStep& step, const char* what, const std::string& name, std::u
   for (const std::uint32_t f : found) candidates.push_back(names[f - first] + " (record " + std::to_string(f) + ")");
   return step.Unknown(std::string("'") + name + "' names " + std::to_string(found.size()) + " " + what +
                           "s of that name; the edit cannot tell which",
-                      candidates);
+                      candidates, true);
 }
 
 }  // namespace
@@ -186,7 +186,7 @@ bool FindEntry(EditStep& step, int list, const std::string& name, long* index) {
     candidates.push_back(shown[static_cast<size_t>(f)] + " (number " + std::to_string(f) + ")");
   return step.Unknown(
       keyword + " has " + std::to_string(found.size()) + " entries named '" + name + "'; give the number instead",
-      candidates);
+      candidates, true);
 }
 
 bool ResolveNumber(EditStep& step, int list, const std::string& value, DWORD* number) {

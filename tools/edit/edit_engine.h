@@ -109,6 +109,7 @@ struct EditResult {
   std::vector<ByteSpan> related;
   // For kUnknown: the names that match (ambiguous) or come closest.
   std::vector<std::string> candidates;
+  bool ambiguous = false;
 };
 
 // Applies operations to the file of analysis, all or nothing, in the order

@@ -37,11 +37,13 @@ struct EditStep {
     out.related = std::move(related);
     return false;
   }
-  // A name that names nothing, or more than one thing. Gives false.
-  bool Unknown(std::string reason, std::vector<std::string> candidates) {
+  // A name that names nothing, or more than one thing (ambiguous). Gives
+  // false.
+  bool Unknown(std::string reason, std::vector<std::string> candidates, bool ambiguous = false) {
     out.status = EditResult::Status::kUnknown;
     out.reason = std::move(reason);
     out.candidates = std::move(candidates);
+    out.ambiguous = ambiguous;
     return false;
   }
 };

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +14,23 @@
 #include "tools/text/output_status.h"
 
 namespace {
+
+void SayOnStandardError(const std::string& message, int) { std::fprintf(stderr, "devdef: %s\n", message.c_str()); }
+
+WriteProblemSink g_sink = &SayOnStandardError;
+
+// Says a problem of a write, formatted as printf does, with the errno that
+// stood when it was found.
+__attribute__((format(printf, 1, 2))) void Problem(const char* format, ...) {
+  const int error = errno;
+  char text[2048];
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(text, sizeof text, format, args);
+  va_end(args);
+  g_sink(text, error);
+  errno = error;
+}
 
 std::string DirectoryOf(const std::string& path) {
   const size_t slash = path.rfind('/');
@@ -45,11 +63,12 @@ void SetModeOf(const std::string& temp, const struct stat* replaced) {
 // (root may write to any, but a file made read-only is meant to stay).
 bool RefuseReadOnly(const std::string& path, const struct stat& info) {
   if (::access(path.c_str(), W_OK) != 0) {
-    std::fprintf(stderr, "devdef: cannot write '%s': %s; nothing written\n", path.c_str(), std::strerror(errno));
+    Problem("cannot write '%s': %s; nothing written", path.c_str(), std::strerror(errno));
     return true;
   }
   if ((info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
-    std::fprintf(stderr, "devdef: '%s' is read-only; nothing written\n", path.c_str());
+    errno = EACCES;
+    Problem("'%s' is read-only; nothing written", path.c_str());
     return true;
   }
   return false;
@@ -57,13 +76,13 @@ bool RefuseReadOnly(const std::string& path, const struct stat& info) {
 
 void ReportException(CException* e) {
   char text[1024];
-  if (e->GetErrorMessage(text, sizeof text)) std::fprintf(stderr, "devdef: %s\n", text);
+  if (e->GetErrorMessage(text, sizeof text)) Problem("%s", text);
   e->Delete();
 }
 
 bool CommitTemp(TempPath& temp, const std::string& target) {
   if (temp.MoveTo(target)) return true;
-  std::fprintf(stderr, "devdef: cannot create '%s': %s\n", target.c_str(), std::strerror(errno));
+  Problem("cannot create '%s': %s", target.c_str(), std::strerror(errno));
   return false;
 }
 
@@ -109,7 +128,7 @@ int WriteThroughLibrary(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string
 bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   std::FILE* in = std::fopen(from.c_str(), "rb");
   if (in == nullptr) {
-    std::fprintf(stderr, "devdef: cannot read back '%s': %s\n", from.c_str(), std::strerror(errno));
+    Problem("cannot read back '%s': %s", from.c_str(), std::strerror(errno));
     return false;
   }
   char block[65536];
@@ -119,7 +138,7 @@ bool CopyTo(const std::string& from, std::FILE* to, const std::string& toName) {
   const bool read = std::ferror(in) == 0;
   std::fclose(in);
   if (!read) {
-    std::fprintf(stderr, "devdef: cannot read back '%s'\n", from.c_str());
+    Problem("cannot read back '%s'", from.c_str());
     return false;
   }
   return OutputReached(to, toName);
@@ -134,12 +153,12 @@ std::string TempDirectory() {
 int WriteBytesTo(const std::string& bytes, const std::string& path) {
   std::FILE* out = std::fopen(path.c_str(), "wb");
   if (out == nullptr) {
-    std::fprintf(stderr, "devdef: cannot write '%s': %s\n", path.c_str(), std::strerror(errno));
+    Problem("cannot write '%s': %s", path.c_str(), std::strerror(errno));
     return -1;
   }
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
   if (std::fclose(out) != 0 || !written) {
-    std::fprintf(stderr, "devdef: cannot write '%s': %s\n", path.c_str(), std::strerror(errno));
+    Problem("cannot write '%s': %s", path.c_str(), std::strerror(errno));
     return -1;
   }
   return 1;
@@ -167,13 +186,14 @@ WriteOutcome WriteVia(const std::string& requestedPath, const std::function<int(
   const bool exists = !toStdout && ::stat(outPath.c_str(), &info) == 0;
   const bool special = toStdout || (exists && !S_ISREG(info.st_mode));
   if (!toStdout && special && S_ISDIR(info.st_mode)) {
-    std::fprintf(stderr, "devdef: '%s' is a directory\n", outPath.c_str());
+    errno = EISDIR;
+    Problem("'%s' is a directory", outPath.c_str());
     return WriteOutcome::kFailed;
   }
   if (exists && !special && RefuseReadOnly(outPath, info)) return WriteOutcome::kFailed;
   TempPath temp;
   if (!temp.MakeFile(special ? TempDirectory() : DirectoryOf(outPath), ".devdef-tmp")) {
-    std::fprintf(stderr, "devdef: cannot write into the directory of '%s': %s\n",
+    Problem("cannot write into the directory of '%s': %s",
                  special ? TempDirectory().c_str() : outPath.c_str(), std::strerror(errno));
     return WriteOutcome::kFailed;
   }
@@ -190,11 +210,11 @@ WriteOutcome WriteVia(const std::string& requestedPath, const std::function<int(
   } else {
     std::FILE* target = std::fopen(outPath.c_str(), "wb");
     if (target == nullptr) {
-      std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
+      Problem("cannot write '%s': %s", outPath.c_str(), std::strerror(errno));
     } else {
       ok = CopyTo(temp.Path(), target, "'" + outPath + "'");
       if (std::fclose(target) != 0 && ok) {
-        std::fprintf(stderr, "devdef: cannot write '%s': %s\n", outPath.c_str(), std::strerror(errno));
+        Problem("cannot write '%s': %s", outPath.c_str(), std::strerror(errno));
         ok = false;
       }
     }
@@ -203,6 +223,12 @@ WriteOutcome WriteVia(const std::string& requestedPath, const std::function<int(
 }
 
 }  // namespace
+
+WriteProblemSink SetWriteProblemSink(WriteProblemSink sink) {
+  const WriteProblemSink previous = g_sink;
+  g_sink = sink != nullptr ? sink : &SayOnStandardError;
+  return previous;
+}
 
 WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const std::string& outPath,
                                  const std::function<bool(const std::string&)>& verify) {
@@ -215,7 +241,7 @@ WriteOutcome WriteFileBytes(const std::string& bytes, const std::string& outPath
 
 bool MakeExportDirectory(const std::string& dir, TempPath* exportDir) {
   if (exportDir->MakeDirectory(dir, ".devdef-export")) return true;
-  std::fprintf(stderr, "devdef: cannot write into '%s': %s\n", dir.c_str(), std::strerror(errno));
+  Problem("cannot write into '%s': %s", dir.c_str(), std::strerror(errno));
   return false;
 }
 
@@ -243,7 +269,7 @@ bool ExportDeviceList(const Analysis& analysis, KCDeviceDefCtrlV3& ctrl, const s
   const bool complete = CountExportRows(tempFile.Path(), &devices, &adapters) && devices == expectedDevices &&
                         adapters == expectedAdapters;
   if (!complete) {
-    std::fprintf(stderr, "devdef: the device list could not be written completely into '%s'\n", dir.c_str());
+    Problem("the device list could not be written completely into '%s'", dir.c_str());
     return false;
   }
   SetModeOf(tempFile.Path(), exists && S_ISREG(info.st_mode) ? &info : nullptr);

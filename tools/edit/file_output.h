@@ -20,6 +20,14 @@ enum class WriteOutcome {
   kStopped,  // the library's write or conversion gave 0, not yet reported: nothing was written
 };
 
+// Where the problems of these writes are said: by default one line each on
+// standard error ("devdef: cannot write 'x': Permission denied"); a caller
+// that reports them in its own way (the Python module) takes each message,
+// without the "devdef: ", with the errno that stood when it was found.
+// Null restores the default; the previous one is returned.
+using WriteProblemSink = void (*)(const std::string& message, int error);
+WriteProblemSink SetWriteProblemSink(WriteProblemSink sink);
+
 // Writes ctrl's catalogue (or its conversion) to outPath ("-": standard
 // output). The bytes go to a temporary file first; verify, when given, is
 // called with its path and may refuse it. Only then is the file renamed

@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-#include "tools/lsp/library_lock.h"
+#include "tools/analysis/library_lock.h"
 #include "tools/text/buffer_encoding.h"
 
 struct AnalysisJob {

@@ -16,7 +16,7 @@
 
 #include "tools/analysis/source_map.h"
 #include "tools/lsp/block_edits.h"
-#include "tools/lsp/library_lock.h"
+#include "tools/analysis/library_lock.h"
 
 struct BlockReading {
   AnalysisPtr analysis;  // of the small text

@@ -21,7 +21,7 @@
 #include "tools/lsp/block_edits.h"
 #include "tools/lsp/document_index.h"
 #include "tools/lsp/features/diagnostics.h"
-#include "tools/lsp/library_lock.h"
+#include "tools/analysis/library_lock.h"
 #include "tools/lsp/server_settings.h"
 #include "tools/text/buffer_encoding.h"
 

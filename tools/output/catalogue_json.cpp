@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "tools/output/package_name.h"
+#include "tools/analysis/package_name.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "tools/output/package_name.h"
+#include "tools/analysis/package_name.h"
 #include "tools/text/control_escape.h"
 #include "tools/text/text_encoding.h"
 

@@ -1,4 +1,4 @@
-#include "tools/output/package_name.h"
+#include "tools/analysis/package_name.h"
 
 const char* PackageNameOf(DEVICE_KVRXDEF_ITEM& def) {
   static DEVICE_ITEM single;

@@ -1,4 +1,4 @@
-#include "tools/lsp/library_lock.h"
+#include "tools/analysis/library_lock.h"
 
 #include <utility>
 

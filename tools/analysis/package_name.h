@@ -1,6 +1,6 @@
 // The package name of a visible definition, as its device gives it.
-#ifndef DEVDEF_TOOLS_OUTPUT_PACKAGE_NAME_H_
-#define DEVDEF_TOOLS_OUTPUT_PACKAGE_NAME_H_
+#ifndef DEVDEF_TOOLS_ANALYSIS_PACKAGE_NAME_H_
+#define DEVDEF_TOOLS_ANALYSIS_PACKAGE_NAME_H_
 
 #include "devdef/devdef.h"
 
@@ -11,4 +11,4 @@
 // until the next call.
 const char* PackageNameOf(DEVICE_KVRXDEF_ITEM& def);
 
-#endif  // DEVDEF_TOOLS_OUTPUT_PACKAGE_NAME_H_
+#endif  // DEVDEF_TOOLS_ANALYSIS_PACKAGE_NAME_H_
