@@ -105,6 +105,11 @@ const ToolCommand kToolCommands[] = {
     {"edit_add_entry", 7, {"edit", "FILE", "add-entry", "housing", "NEWHOUSING", "--at", "0", "-o", "OUT"}},
     // Both files read and compared: set against two first reads.
     {"diff", 7, {"diff", "FILE", "FILE"}},
+#ifdef DEVDEF_PYTHON_EXECUTABLE
+    // A Python script that reads the file through the module and asks every
+    // definition for its id, package and module names.
+    {"python_iterate", 7, {"PYTHON", DEVDEF_PYTHON_SCRIPT, "FILE"}},
+#endif
 };
 
 // The tool the commands run: the one built with this suite, or the one that
@@ -118,7 +123,14 @@ std::string ToolPath() {
 std::vector<std::string> ToolArguments(const ToolCommand& command, const SampleFile& file, const std::string& out) {
   if (command.args.empty()) return {SelfPath(), "--devdef-read-once", std::to_string(command.layout), file.path};
   std::vector<std::string> argv{ToolPath()};
-  for (const std::string& arg : command.args) argv.push_back(arg == "FILE" ? file.path : arg == "OUT" ? out : arg);
+#ifdef DEVDEF_PYTHON_EXECUTABLE
+  // The interpreter of the build, with its module first on its path.
+  if (command.args[0] == "PYTHON") argv = {"/usr/bin/env", "PYTHONPATH=" DEVDEF_PYTHON_PATH, DEVDEF_PYTHON_EXECUTABLE};
+#endif
+  for (const std::string& arg : command.args) {
+    if (arg == "PYTHON") continue;
+    argv.push_back(arg == "FILE" ? file.path : arg == "OUT" ? out : arg);
+  }
   return argv;
 }
 

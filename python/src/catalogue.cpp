@@ -1,6 +1,5 @@
 #include "python/src/catalogue.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,12 +75,10 @@ StatePtr ReadPath(const py::object& path, const ReadOptions& options) {
   const std::string file = FileSystemPath(path);
   // The file's own problems (missing, not allowed, a directory) are the
   // OSErrors Python programs expect.
-  const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) RaiseOsError(errno, path);
+  // Asked without opening it, as a pipe would lose what an open takes.
   struct stat info;
-  const bool directory = ::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode);
-  ::close(fd);
-  if (directory) RaiseOsError(EISDIR, path);
+  if (::stat(file.c_str(), &info) != 0 || ::access(file.c_str(), R_OK) != 0) RaiseOsError(errno, path);
+  if (S_ISDIR(info.st_mode)) RaiseOsError(EISDIR, path);
   AnalysisPtr analysis;
   {
     py::gil_scoped_release unlocked;
@@ -183,16 +180,22 @@ void BindCatalogue(py::module_& m) {
           "find",
           [](const CatalogueView& c, long long id) -> py::object {
             if (id < 0 || id > 0xFFFFFFFFLL) return py::none();
-            std::uint32_t device = 0;
-            int index = 0;
-            bool found = false;
+            DEVICE_ITEM* item = nullptr;
+            DEVICE_KVRXDEF_ITEM* def = nullptr;
             {
               CatalogueState::Use use(*c.state);
-              found = FindVisibleDefinition(c.state->A(), static_cast<std::uint32_t>(id), &device, &index);
+              c.state->A().Controller().FindDeviceItem(static_cast<int>(static_cast<std::uint32_t>(id)), nullptr,
+                                                       nullptr, nullptr, nullptr, &item, &def);
             }
-            if (!found) return py::none();
-            return py::cast(DefinitionView{c.state, c.state->A().Devices()[device].firstDefinition +
-                                                         static_cast<std::uint32_t>(index)});
+            const std::uint32_t device = item != nullptr ? c.state->DeviceRecordOf(item) : kNoRecord;
+            if (device == kNoRecord) return py::none();
+            const DeviceRecord& record = c.state->A().Devices()[device];
+            for (std::uint32_t i = 0; i < record.definitionCount; ++i) {
+              if (&item->m_DefArray[static_cast<int>(i)] == def) {
+                return py::cast(DefinitionView{c.state, record.firstDefinition + i});
+              }
+            }
+            return py::none();
           },
           py::arg("id"),
           "The visible definition with this id as the library's look-up finds it (ids compare as 32-bit "

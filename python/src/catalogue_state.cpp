@@ -18,7 +18,7 @@ const Analysis* g_listOwner = nullptr;
 void ForgetListOwner() { g_listOwner = nullptr; }
 
 CatalogueState::CatalogueState(AnalysisPtr analysis, const ReadOptions& options, py::object path)
-    : m_analysis(std::move(analysis)), m_generation(options.generation), m_path(std::move(path)) {
+    : m_analysis(std::move(analysis)), m_options(options), m_path(std::move(path)) {
   m_encoding = DetectTextEncoding(m_analysis->Bytes());
   if (!options.encoding.empty()) ParseTextEncoding(options.encoding, &m_encoding);
 }
@@ -64,6 +64,16 @@ long CatalogueState::LineOf(std::uint32_t offset) const {
   // The map is made on first use.
   std::lock_guard<std::recursive_mutex> hold(LibraryLock());
   return m_analysis->Map().PointOf(offset).line;
+}
+
+std::uint32_t CatalogueState::DeviceRecordOf(const DEVICE_ITEM* device) const {
+  if (m_deviceRecords.empty()) {
+    const std::vector<DeviceRecord>& devices = m_analysis->Devices();
+    m_deviceRecords.reserve(devices.size());
+    for (std::uint32_t d = 0; d < devices.size(); ++d) m_deviceRecords.emplace(devices[d].device, d);
+  }
+  const auto found = m_deviceRecords.find(device);
+  return found == m_deviceRecords.end() ? kNoRecord : found->second;
 }
 
 CatalogueState::Use::Use(const CatalogueState& state) : m_state(state), m_hold(LibraryLock()) {

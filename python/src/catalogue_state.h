@@ -17,6 +17,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "tools/analysis/analysis.h"
@@ -46,7 +47,9 @@ class CatalogueState {
 
   Analysis& A() const { return *m_analysis; }
   TextEncoding Encoding() const { return m_encoding; }
-  int Generation() const { return m_generation; }
+  int Generation() const { return m_options.generation; }
+  // The options it was read with.
+  const ReadOptions& Options() const { return m_options; }
   // The path as the caller gave it, or None for bytes.
   const py::object& Path() const { return m_path; }
 
@@ -61,6 +64,9 @@ class CatalogueState {
   py::list ListNames(int list) const;
   // The line (1-based) of a byte of the file.
   long LineOf(std::uint32_t offset) const;
+  // The record of a device of the catalogue, or kNoRecord; an index made on
+  // first use, so that a script's look-ups do not each walk the devices.
+  std::uint32_t DeviceRecordOf(const DEVICE_ITEM* device) const;
 
   // The library held for this catalogue: the lock taken and the run's
   // encoding set to the catalogue's, for the tool's parts that decode
@@ -79,8 +85,9 @@ class CatalogueState {
  private:
   AnalysisPtr m_analysis;
   TextEncoding m_encoding = TextEncoding::kWindows1252;
-  int m_generation = 5;
+  ReadOptions m_options;
   py::object m_path;
+  mutable std::unordered_map<const DEVICE_ITEM*, std::uint32_t> m_deviceRecords;
   mutable std::vector<py::object> m_names[3];
   mutable bool m_namesMade[3] = {false, false, false};
 };

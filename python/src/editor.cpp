@@ -26,7 +26,7 @@ namespace {
 // script of the same operations gives.
 class Editor {
  public:
-  Editor(StatePtr original, ReadOptions options) : m_original(std::move(original)), m_options(std::move(options)) {}
+  explicit Editor(StatePtr original) : m_original(std::move(original)) {}
 
   // Applies the operation the words of the command line name; raises
   // EditRefused, UnknownName or AmbiguousName and changes nothing when the
@@ -35,7 +35,9 @@ class Editor {
     EditOperation operation;
     std::string error;
     if (!ParseEditOperation(words, &operation, &error)) throw py::value_error(error);
-    const StatePtr& latest = Latest();
+    // A copy: the editor may be given another catalogue while this one is
+    // edited with the GIL released.
+    const StatePtr latest = Latest();
     EditResult result;
     {
       py::gil_scoped_release unlocked;
@@ -57,12 +59,12 @@ class Editor {
       std::lock_guard<std::recursive_mutex> hold(LibraryLock());
       AnalysisOptions options;
       options.layout = latest->A().Layout();
-      options.generation = m_options.generation;
-      options.checkIds = m_options.checkIds;
+      options.generation = m_original->Options().generation;
+      options.checkIds = m_original->Options().checkIds;
       analysis.reset(Analysis::ReadText(NameOf(), std::move(bytes), options).release());
       ForgetListOwner();
     }
-    m_edited = std::make_shared<CatalogueState>(std::move(analysis), m_options, m_original->Path());
+    m_edited = std::make_shared<CatalogueState>(std::move(analysis), m_original->Options(), m_original->Path());
   }
 
   py::bytes Bytes() const {
@@ -115,7 +117,6 @@ class Editor {
   }
 
   StatePtr m_original;
-  ReadOptions m_options;
   StatePtr m_edited;
 };
 
@@ -259,13 +260,12 @@ void BindEditor(py::module_& m) {
   m.def(
       "edit",
       [](const py::object& source, const py::object& layout, int generation, const py::object& encoding) {
-        const ReadOptions options = MakeReadOptions(layout, generation, false, encoding);
-        if (py::isinstance<py::bytes>(source)) return Editor(ReadData(py::cast<std::string>(source), options), options);
-        return Editor(ReadPath(source, options), options);
+        return Editor(ReadSource(source, MakeReadOptions(layout, generation, false, encoding)));
       },
       py::arg("path"), py::kw_only(), py::arg("layout") = py::none(), py::arg("generation") = 5,
       py::arg("encoding") = py::none(),
-      "Opens the definition file at path (or bytes) for edits; nothing is written before save().");
+      "Opens the definition file at path for edits (or a Catalogue, as read() or read_bytes() gave it, whose "
+      "read options then hold); nothing is written before save().");
 }
 
 }  // namespace devdef_python
