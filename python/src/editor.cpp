@@ -53,6 +53,8 @@ class Editor {
     // The edited bytes read again, for the next operation and for what
     // changes() and catalogue give.
     std::string bytes = std::move(result.bytes);
+    // The name is made of the path object, which needs the interpreter.
+    const std::string name = NameOf();
     AnalysisPtr analysis;
     {
       py::gil_scoped_release unlocked;
@@ -61,7 +63,7 @@ class Editor {
       options.layout = latest->A().Layout();
       options.generation = m_original->Options().generation;
       options.checkIds = m_original->Options().checkIds;
-      analysis.reset(Analysis::ReadText(NameOf(), std::move(bytes), options).release());
+      analysis.reset(Analysis::ReadText(name, std::move(bytes), options).release());
       ForgetListOwner();
     }
     m_edited = std::make_shared<CatalogueState>(std::move(analysis), m_original->Options(), m_original->Path());
