@@ -25,9 +25,9 @@ commands:
             host samples of examples/host against it (find_package,
             pkg-config); build the Python module's wheel with pip, offline,
             and install and import it with --target and in a venv; render
-            the API reference; run each fuzz target for
-            a short smoke (FUZZ_SECONDS, default 20); check the coverage of
-            the library (at least 95% of lines and 90% of branches)
+            the API reference; run each fuzz target for a short smoke
+            (FUZZ_SECONDS, default 20); check the coverage of the library
+            (at least 95% of lines and 90% of branches)
   docs      render the API reference and the host guide with Doxygen into
             build/docs/html (any Doxygen warning fails)
   coverage  build with gcov, run the test suite and write the report to
