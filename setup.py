@@ -15,6 +15,8 @@ from pathlib import Path
 
 from setuptools import Extension, setup
 from setuptools.command.build_ext import build_ext
+from setuptools.command.build_py import build_py
+from setuptools.command.egg_info import egg_info
 from setuptools.errors import ExecError, PlatformError
 
 ROOT = Path(__file__).resolve().parent
@@ -73,6 +75,24 @@ def jobs(command) -> int:
     return int(level) if level.isdigit() and int(level) > 0 else (os.cpu_count() or 1)
 
 
+# build/pip is kept from one build to the next for CMake's tree, where a second build compiles only
+# what changed; what setuptools keeps there is made anew, so that a file the package no longer has
+# does not stay behind in a wheel.
+class FreshPackage(build_py):
+    def run(self):
+        shutil.rmtree(Path(self.build_lib) / "devdef", ignore_errors=True)
+        super().run()
+
+
+class FreshEggInfo(egg_info):
+    """The list of the package's files, which setuptools would otherwise extend from the last one."""
+
+    def run(self):
+        if Path(self.egg_base).resolve() == (ROOT / BUILD_BASE).resolve():
+            shutil.rmtree(self.egg_info, ignore_errors=True)
+        super().run()
+
+
 class CMakeBuild(build_ext):
     """Builds devdef._devdef with CMake in the build_temp of this Python, then copies it where
     setuptools packs the extension."""
@@ -111,7 +131,7 @@ setup(
     package_dir={"": "python"},
     package_data={"devdef": ["__init__.pyi", "py.typed"]},
     ext_modules=[Extension("devdef._devdef", sources=[])],
-    cmdclass={"build_ext": CMakeBuild},
+    cmdclass={"egg_info": FreshEggInfo, "build_py": FreshPackage, "build_ext": CMakeBuild},
     zip_safe=False,
     options={"build": {"build_base": str(BUILD_BASE)}, "egg_info": {"egg_base": str(BUILD_BASE)}},
 )
