@@ -4,7 +4,9 @@
 set -euo pipefail
 
 PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
-          clang libclang-rt-dev gcovr valgrind neovim doxygen git)
+          clang libclang-rt-dev gcovr valgrind neovim doxygen git
+          python3-dev python3-pybind11 pybind11-dev python3-pytest python3-pip python3-setuptools python3-wheel
+          python3-venv)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -21,9 +23,11 @@ commands:
             on a machine without the tool's and the tests' packages; install
             each library build into a temporary prefix and build and run the
             host samples of examples/host against it (find_package,
-            pkg-config); render the API reference; run each fuzz target for
-            a short smoke (FUZZ_SECONDS, default 20); check the coverage of
-            the library (at least 95% of lines and 90% of branches)
+            pkg-config); build the Python module's wheel with pip, offline,
+            and install and import it with --target and in a venv; render
+            the API reference; run each fuzz target for a short smoke
+            (FUZZ_SECONDS, default 20); check the coverage of the library
+            (at least 95% of lines and 90% of branches)
   docs      render the API reference and the host guide with Doxygen into
             build/docs/html (any Doxygen warning fails)
   coverage  build with gcov, run the test suite and write the report to
@@ -68,16 +72,17 @@ build() {
 }
 
 # The library configured as on a machine without GoogleTest, Google
-# Benchmark, CLI11 and nlohmann-json: it must say what it leaves out, build
-# and install the library, and serve the host samples.
+# Benchmark, CLI11, nlohmann-json and pybind11: it must say what it leaves
+# out, build and install the library, and serve the host samples.
 library_only() {
   local dir=build/library-only log
   rm -rf "$dir"
   log="$(cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Release -DDEVDEF_WERROR=ON \
     -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON \
-    -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON 2>&1)" ||
+    -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON \
+    -DCMAKE_DISABLE_FIND_PACKAGE_pybind11=ON -DPython_EXECUTABLE=/usr/bin/python3 2>&1)" ||
     { echo "$log" >&2; exit 1; }
-  grep -q '^devdef: the library is built, but not the devdef tool' <<<"$log" ||
+  grep -q '^devdef: the library is built, but not the devdef tool.* the Python module (pybind11 not found)' <<<"$log" ||
     { echo "$log" >&2; echo "dev.sh: the library-only configure did not say what it left out" >&2; exit 1; }
   cmake --build "$dir" --parallel "$JOBS"
   tests/consumer/check.sh "$dir"
@@ -159,6 +164,7 @@ case "${1:-}" in
     ctest --preset shared --parallel "$JOBS"
     tests/consumer/check.sh build/shared
     library_only
+    CMAKE_BUILD_PARALLEL_LEVEL="$JOBS" tests/pip_install_test.sh . /usr/bin/python3
     docs
     fuzz_smoke
     coverage
