@@ -51,6 +51,8 @@ class Editor {
     // The edited bytes read again, for the next operation and for what
     // changes() and catalogue give.
     std::string bytes = std::move(result.bytes);
+    // The name is made of the path object, which needs the interpreter.
+    const std::string name = NameOf();
     AnalysisPtr analysis;
     {
       py::gil_scoped_release unlocked;
@@ -59,7 +61,7 @@ class Editor {
       options.layout = latest->A().Layout();
       options.generation = m_options.generation;
       options.checkIds = m_options.checkIds;
-      analysis.reset(Analysis::ReadText(NameOf(), std::move(bytes), options).release());
+      analysis.reset(Analysis::ReadText(name, std::move(bytes), options).release());
       ForgetListOwner();
     }
     m_edited = std::make_shared<CatalogueState>(std::move(analysis), m_options, m_original->Path());
