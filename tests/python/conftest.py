@@ -12,7 +12,6 @@ from pathlib import Path
 
 import pytest
 
-import devdef
 
 REPO = Path(__file__).resolve().parents[2]
 EXAMPLES = REPO / "examples"
@@ -148,15 +147,3 @@ def copy_of(tmp_path):
         target.write_bytes(Path(path).read_bytes())
         return target
     return copy
-
-
-@pytest.fixture(scope="session")
-def readable():
-    """The files devdef reads (tree exits with 0 or 1), with their options; the others it refuses."""
-    out = []
-    for path in FILES:
-        words, keywords = options_of(path)
-        if run_tool("tree", "--json", "-q", *words, path).returncode != 2:
-            out.append((path, keywords))
-    return out
-

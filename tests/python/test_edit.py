@@ -20,6 +20,7 @@ EDITS = [
     (ADAPTERS, ["set", "3002", "packages=PLCC44,QFP64", "value 4=0x3f"],
      lambda e: e.set(3002, packages=["PLCC44", "QFP64"], **{"value 4": "0x3f"})),
     (PROGRAMMERS, ["set", "2003", "value_0=150", "module=HV"], lambda e: e.set(2003, value_0=150, module="HV")),
+    (INSTRUMENTS, ["set", "1001", "generation=4"], lambda e: e.set(1001, generation=4)),
     (ADAPTERS, ["rename", "at89s8252", "AT89S8253 B"], lambda e: e.rename("at89s8252", "AT89S8253 B")),
     (INSTRUMENTS, ["rename-kind", "EPROM", "UV EPROM"], lambda e: e.rename_kind("EPROM", "UV EPROM")),
     (INSTRUMENTS, ["rename-manufacturer", "EPROM", "AMD", "Spansion"],

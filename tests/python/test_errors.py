@@ -41,6 +41,7 @@ def test_no_definition_file(name):
         with pytest.raises(devdef.NotADefinitionFile) as raised:
             open_file(path)
         assert raised.value.path == path
+        assert isinstance(raised.value, devdef.Error) and isinstance(raised.value, ValueError)
     with pytest.raises(devdef.NotADefinitionFile) as raised:
         devdef.read_bytes((GOLDEN / (name + ".def")).read_bytes())
     assert raised.value.path is None
