@@ -1,6 +1,6 @@
 """The exceptions of devdef: what went wrong, with what a script needs to act on it."""
 
-from typing import List, Optional, Sequence
+from typing import List, Optional, Sequence, Tuple
 
 
 class Error(ValueError):
@@ -42,11 +42,23 @@ class AmbiguousName(Error, LookupError):
 
 class EditRefused(Error):
     """An edit would change more, or other, than asked, or cannot be made; nothing was changed.
-    ``reason`` says why, ``line`` where (a line of the file before the edit, or None)."""
+    ``reason`` says why; ``line`` and ``column`` where (in the file before the edit, or None), and
+    ``related`` the further places the reason speaks of, as (line, column) pairs."""
 
-    def __init__(self, reason: str, line: Optional[int] = None, path: Optional[str] = None) -> None:
-        where = f"{path}:{line}: " if path is not None and line is not None else ""
+    def __init__(
+        self,
+        reason: str,
+        line: Optional[int] = None,
+        path: Optional[str] = None,
+        column: Optional[int] = None,
+        related: Sequence[Tuple[int, int]] = (),
+    ) -> None:
+        where = ""
+        if path is not None and line is not None:
+            where = f"{path}:{line}:{column}: " if column is not None else f"{path}:{line}: "
         super().__init__(where + reason)
         self.reason = reason
         self.line = line
+        self.column = column
+        self.related: List[Tuple[int, int]] = list(related)
         self.path = path

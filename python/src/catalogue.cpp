@@ -164,9 +164,16 @@ void BindCatalogue(py::module_& m) {
             }
             if (found.matches.size() == 1) return DeviceView{c.state, found.matches[0]};
             const bool ambiguous = !found.matches.empty();
+            // As the edit engine names devices: kind / manufacturer / name (line N).
             std::vector<std::string> candidates;
+            const Analysis& a = c.state->A();
             for (std::uint32_t d : ambiguous ? found.matches : found.closest) {
-              candidates.push_back(py::cast<std::string>(c.state->Text(c.state->A().Devices()[d].device->m_DeviceName)));
+              const DeviceRecord& device = a.Devices()[d];
+              const ManufacturerRecord& man = a.Manufacturers()[device.manufacturer];
+              candidates.push_back(py::cast<std::string>(c.state->Text(a.Kinds()[man.kind].kind->m_Name)) + " / " +
+                                   py::cast<std::string>(c.state->Text(man.manufacturer->m_Name)) + " / " +
+                                   py::cast<std::string>(c.state->Text(device.device->m_DeviceName)) + " (line " +
+                                   std::to_string(c.state->LineOf(device.name.begin)) + ")");
             }
             RaiseNameError(ambiguous,
                            ambiguous ? "'" + name + "' names " + std::to_string(found.matches.size()) + " devices"

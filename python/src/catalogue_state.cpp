@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tools/diagnostics/finding_text.h"
 #include "tools/text/utf8.h"
 
 namespace devdef_python {
@@ -64,6 +65,13 @@ long CatalogueState::LineOf(std::uint32_t offset) const {
   // The map is made on first use.
   std::lock_guard<std::recursive_mutex> hold(LibraryLock());
   return m_analysis->Map().PointOf(offset).line;
+}
+
+LineColumn CatalogueState::PlaceOf(std::uint32_t offset) const {
+  std::lock_guard<std::recursive_mutex> hold(LibraryLock());
+  SetShownEncoding(m_encoding);
+  const TextPoint point = ShownPoint(*m_analysis, offset, ColumnUnit::kCodePoints);
+  return LineColumn{point.line, point.column};
 }
 
 std::uint32_t CatalogueState::DeviceRecordOf(const DEVICE_ITEM* device) const {

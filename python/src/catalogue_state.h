@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "tools/analysis/analysis.h"
+#include "python/src/python_errors.h"
 #include "tools/analysis/library_lock.h"
 #include "tools/text/text_encoding.h"
 
@@ -64,6 +65,8 @@ class CatalogueState {
   py::list ListNames(int list) const;
   // The line (1-based) of a byte of the file.
   long LineOf(std::uint32_t offset) const;
+  // Its line and column, the column in characters of the line decoded.
+  LineColumn PlaceOf(std::uint32_t offset) const;
   // The record of a device of the catalogue, or kNoRecord; an index made on
   // first use, so that a script's look-ups do not each walk the devices.
   std::uint32_t DeviceRecordOf(const DEVICE_ITEM* device) const;

@@ -76,7 +76,7 @@ py::list ChangeList(const std::vector<DiffChange>& changes) {
 void BindChanges(py::module_& m) {
   py::class_<ChangeValue>(m, "Change", "One change between two catalogues by meaning, as devdef diff --json gives it.")
       .def_readonly("change", &ChangeValue::change, "'added', 'removed', 'changed', 'moved' or 'renamed'.")
-      .def_readonly("what", &ChangeValue::what, "'kind', 'manufacturer', 'device', 'definition' or 'list entry'.")
+      .def_readonly("what", &ChangeValue::what, "'kind', 'manufacturer', 'device', 'definition' or 'list-entry'.")
       .def_readonly("path", &ChangeValue::path,
                     "The names from the kind down to the thing's parent (for a move: in the new file); for a list "
                     "entry, the list's keyword.")

@@ -47,8 +47,11 @@ class Editor {
     }
     if (result.status == EditResult::Status::kUnknown) RaiseNameError(result.ambiguous, result.reason, result.candidates);
     if (result.status == EditResult::Status::kRefused) {
-      const long line = result.inEdited ? 0 : latest->LineOf(result.place.begin);
-      RaiseEditRefused(result.reason, line, m_original->Path());
+      LineColumn place;
+      if (!result.inEdited) place = latest->PlaceOf(result.place.begin);
+      std::vector<LineColumn> related;
+      for (const ByteSpan& span : result.related) related.push_back(latest->PlaceOf(span.begin));
+      RaiseEditRefused(result.reason, place, related, m_original->Path());
     }
     // The edited bytes read again, for the next operation and for what
     // changes() and catalogue give.
@@ -74,10 +77,12 @@ class Editor {
     return py::bytes(bytes.data(), bytes.size());
   }
 
-  std::string Preview() const {
-    if (!m_edited) return std::string();
+  // The diff of the bytes, decoded as the file's names are (its lines are
+  // the file's, in its encoding).
+  py::str Preview() const {
+    if (!m_edited) return py::str("");
     const std::string name = NameOf();
-    return UnifiedDiff(m_original->A().Bytes(), m_edited->A().Bytes(), "a/" + name, "b/" + name);
+    return m_original->Text(UnifiedDiff(m_original->A().Bytes(), m_edited->A().Bytes(), "a/" + name, "b/" + name));
   }
 
   py::list Changes() const {
@@ -109,7 +114,8 @@ class Editor {
   }
 
   CatalogueView Catalogue() const { return CatalogueView{Latest()}; }
-  bool Changed() const { return m_edited != nullptr; }
+  // True when the bytes differ from the file's as opened.
+  bool Changed() const { return m_edited != nullptr && m_edited->A().Bytes() != m_original->A().Bytes(); }
   const StatePtr& Original() const { return m_original; }
 
  private:
@@ -245,10 +251,11 @@ void BindEditor(py::module_& m) {
           "Gives the definitions of a device, of a manufacturer, or of the whole file the ids start, "
           "start + step, ...")
       .def("preview", &Editor::Preview,
-           "The unified diff of the bytes from the file as opened to the edits so far; empty when nothing changed.")
+           "The unified diff from the file as opened to the edits so far, its lines decoded as the catalogue's "
+           "names are; empty when nothing changed.")
       .def("changes", &Editor::Changes, "What the edits so far change, by meaning, as devdef diff says it.")
       .def("bytes", &Editor::Bytes, "The edited file's bytes.")
-      .def_property_readonly("changed", &Editor::Changed, "True once an edit was made.")
+      .def_property_readonly("changed", &Editor::Changed, "True when the edited bytes differ from the file's.")
       .def_property_readonly("catalogue", &Editor::Catalogue, "The catalogue of the edited bytes.")
       .def("save", &Editor::Save, py::arg("path") = py::none(),
            "Writes the edited bytes to path (default: the file opened) through a temporary file renamed into place, "

@@ -23,10 +23,16 @@ void RaiseNameError(bool ambiguous, const std::string& message, const std::vecto
   Raise(name, py::module_::import("devdef.errors").attr(name)(message, py::arg("candidates") = candidates));
 }
 
-void RaiseEditRefused(const std::string& reason, long line, const py::object& path) {
+void RaiseEditRefused(const std::string& reason, LineColumn place, const std::vector<LineColumn>& related,
+                      const py::object& path) {
+  const bool placed = place.line > 0;
+  py::list relatedPlaces;
+  for (const LineColumn& at : related) relatedPlaces.append(py::make_tuple(at.line, at.column));
   Raise("EditRefused", py::module_::import("devdef.errors").attr("EditRefused")(
-                           reason, py::arg("line") = line > 0 ? py::object(py::int_(line)) : py::object(py::none()),
-                           py::arg("path") = path));
+                           reason, py::arg("line") = placed ? py::object(py::int_(place.line)) : py::object(py::none()),
+                           py::arg("path") = path,
+                           py::arg("column") = placed ? py::object(py::int_(place.column)) : py::object(py::none()),
+                           py::arg("related") = relatedPlaces));
 }
 
 void RaiseOsError(int error, const py::object& path) {

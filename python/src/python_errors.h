@@ -17,9 +17,16 @@ namespace py = pybind11;
 // UnknownName (nothing named) or AmbiguousName (several named), with the
 // names that match or come closest.
 [[noreturn]] void RaiseNameError(bool ambiguous, const std::string& message, const std::vector<std::string>& candidates);
-// EditRefused: why, and the line (of the file before the edit, 0 where
-// none) that the reason is about.
-[[noreturn]] void RaiseEditRefused(const std::string& reason, long line, const py::object& path);
+// A line and column of a file (1-based); line 0 where there is none.
+struct LineColumn {
+  long line = 0;
+  long column = 0;
+};
+
+// EditRefused: why, the place (of the file before the edit) that the
+// reason is about, and the further places it speaks of.
+[[noreturn]] void RaiseEditRefused(const std::string& reason, LineColumn place, const std::vector<LineColumn>& related,
+                                   const py::object& path);
 // The OSError of errno for path: FileNotFoundError, PermissionError, ...
 [[noreturn]] void RaiseOsError(int error, const py::object& path);
 

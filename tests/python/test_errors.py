@@ -70,14 +70,15 @@ def test_device_names_none_or_several():
     catalogue = devdef.read(INSTRUMENTS)
     with pytest.raises(devdef.UnknownName) as unknown:
         catalogue.device("am27c265")
-    assert unknown.value.candidates == ["Am27C256"]
+    assert unknown.value.candidates == ["EPROM / AMD / Am27C256 (line 39)"]
     assert isinstance(unknown.value, LookupError) and isinstance(unknown.value, devdef.Error)
     with pytest.raises(devdef.UnknownName) as far:
         catalogue.device("nothing like it")
     assert far.value.candidates == []
     with pytest.raises(devdef.AmbiguousName) as ambiguous:
         catalogue.device("AT89*")
-    assert ambiguous.value.candidates == ["AT89C51", "AT89S8252"]
+    assert ambiguous.value.candidates == [
+        "Microcontroller / Atmel / AT89C51 (line 14)", "Microcontroller / Atmel / AT89S8252 (line 21)"]
 
 
 # Edits the engine does not make, each after an edit that was made, with the exception and what it holds.
@@ -89,7 +90,7 @@ FAILING_EDITS = [
     (lambda e: e.set(9999, module="BASE"), devdef.UnknownName, {"candidates": []}),
     (lambda e: e.rename("AT89C51", "AT89C52:"), devdef.EditRefused, {"line": 15}),
     (lambda e: e.set(2021, text=" 64 K x 8; fast"), devdef.EditRefused, {"line": 58}),
-    (lambda e: e.remove_entry("module", "HV"), devdef.EditRefused, {"line": 8}),
+    (lambda e: e.remove_entry("module", "HV"), devdef.EditRefused, {"line": 8, "column": 24, "related": [(31, 17), (32, 17)]}),
     (lambda e: e.set(2021, nonsense=1), devdef.Error, {}),
     (lambda e: e.renumber_ids("AT89C51", kind="EPROM", manufacturer="AMD", start=1), ValueError, {}),
 ]
@@ -105,7 +106,8 @@ def test_failed_edit_changes_nothing(edit, exception, attributes):
     for name, value in attributes.items():
         assert getattr(raised.value, name) == value
     if exception is devdef.EditRefused:
-        assert raised.value.reason and str(raised.value).startswith(f"{INSTRUMENTS}:{raised.value.line}: ")
+        where = f"{INSTRUMENTS}:{raised.value.line}:{raised.value.column}: "
+        assert raised.value.reason and str(raised.value).startswith(where)
     assert (editor.bytes(), editor.preview()) == before
 
 
