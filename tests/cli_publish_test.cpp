@@ -71,22 +71,21 @@ TEST(CliPublish, UsageErrorsNameTheFormatsAndWriteNothing) {
     std::string says;
   };
   const Case cases[] = {
-      {"",
-       "devdef: publish to standard output needs --format html, csv or jsonl; see 'devdef publish --help'\n"},
-      {"-o -",
-       "devdef: publish to standard output needs --format html, csv or jsonl; see 'devdef publish --help'\n"},
+      {"", "devdef: publish to standard output needs --format html, csv or jsonl; see 'devdef publish --help'\n"},
+      {"-o -", "devdef: publish to standard output needs --format html, csv or jsonl; see 'devdef publish --help'\n"},
       {"--format jsnol",
        "devdef: --format: 'jsnol' is not one of html, csv, jsonl; see 'devdef publish --help'\n\n"
        "The most similar format is\n\tjsonl\n"},
       {"--format xml -o " + out + ".csv",
        "devdef: --format: 'xml' is not one of html, csv, jsonl; see 'devdef publish --help'\n"},
       {"-o " + out + ".jsnol",
-       "devdef: cannot tell the format of '" + out + ".jsnol' by its name: give --format html, csv or jsonl, or a "
-       "name ending in .html, .htm, .csv, .jsonl or .ndjson; see 'devdef publish --help'\n\n"
-       "The most similar extension is\n\t.jsonl\n"},
-      {"-o " + out,
-       "devdef: cannot tell the format of '" + out + "' by its name: give --format html, csv or jsonl, or a name "
-       "ending in .html, .htm, .csv, .jsonl or .ndjson; see 'devdef publish --help'\n"},
+       "devdef: cannot tell the format of '" + out +
+           ".jsnol' by its name: give --format html, csv or jsonl, or a "
+           "name ending in .html, .htm, .csv, .jsonl or .ndjson; see 'devdef publish --help'\n\n"
+           "The most similar extension is\n\t.jsonl\n"},
+      {"-o " + out, "devdef: cannot tell the format of '" + out +
+                        "' by its name: give --format html, csv or jsonl, or a name "
+                        "ending in .html, .htm, .csv, .jsonl or .ndjson; see 'devdef publish --help'\n"},
   };
   for (const Case& c : cases) {
     const ToolRun run = RunTool("publish " + file + " " + c.arguments, "2>&1");
@@ -151,14 +150,21 @@ TEST(CliPublish, HiddenDefinitionsAreMarkedOrLeftOut) {
 TEST(CliPublish, NamesAreDecodedWithTheRunsEncoding) {
   const std::string file = std::string(DEVDEF_SOURCE_DIR) + "/tests/golden/publish_names.def";
   const std::string utf8 = RunTool("publish --format csv " + file).out;
-  EXPECT_NE(utf8.find("Interface,\xC3\x9C" "ber Chips,\"Dual \"\"Port\"\", \xC3\x84\xE2\x88\x82\xC3\xBC\",11,"),
+  EXPECT_NE(utf8.find("Interface,\xC3\x9C"
+                      "ber Chips,\"Dual \"\"Port\"\", \xC3\x84\xE2\x88\x82\xC3\xBC\",11,"),
             std::string::npos)
       << utf8;
   // Latin-1 takes each byte for a character of its own.
   const std::string latin1 = RunTool("publish --format csv --encoding latin1 " + file).out;
-  EXPECT_NE(latin1.find("Interface,\xC3\x83\xC2\x9C" "ber Chips,"), std::string::npos) << latin1;
+  EXPECT_NE(latin1.find("Interface,\xC3\x83\xC2\x9C"
+                        "ber Chips,"),
+            std::string::npos)
+      << latin1;
   const std::string jsonl = RunTool("publish --format jsonl --encoding latin1 " + file).out;
-  EXPECT_NE(jsonl.find("\"name\":\"\xC3\x83\xC2\x9C" "ber Chips\""), std::string::npos) << jsonl;
+  EXPECT_NE(jsonl.find("\"name\":\"\xC3\x83\xC2\x9C"
+                       "ber Chips\""),
+            std::string::npos)
+      << jsonl;
 }
 
 TEST(CliPublish, OutputThatCannotBeWrittenFails) {
@@ -169,8 +175,7 @@ TEST(CliPublish, OutputThatCannotBeWrittenFails) {
     const ToolRun stdout_full = RunTool("publish --format " + std::string(format) + " " + file, "2>&1 >/dev/full");
     EXPECT_EQ(stdout_full.status, 2) << format;
     EXPECT_EQ(stdout_full.out, "devdef: cannot write standard output: No space left on device\n") << format;
-    const ToolRun file_full = RunTool("publish --format " + std::string(format) + " " + file + " -o /dev/full",
-                                      "2>&1");
+    const ToolRun file_full = RunTool("publish --format " + std::string(format) + " " + file + " -o /dev/full", "2>&1");
     EXPECT_EQ(file_full.status, 2) << format;
     EXPECT_EQ(file_full.out, "devdef: cannot write '/dev/full': No space left on device\n") << format;
   }

@@ -109,8 +109,8 @@ int RunPublish(const PublishArguments& args) {
   const std::string format = FormatOf(args);
   if (format.empty()) return kExitFileError;
   if (args.output != "-" && SameFile(args.file, args.output)) {
-    std::fprintf(stderr, "devdef: '%s' is the file being published; write the %s elsewhere\n",
-                 args.output.c_str(), format == "html" ? "page" : "table");
+    std::fprintf(stderr, "devdef: '%s' is the file being published; write the %s elsewhere\n", args.output.c_str(),
+                 format == "html" ? "page" : "table");
     return kExitFileError;
   }
   std::unique_ptr<Analysis> analysis = ReadForCommand(args);
@@ -149,9 +149,10 @@ int RunPublish(const PublishArguments& args) {
 
 Command AddPublishCommand(CLI::App& app) {
   auto args = std::make_shared<PublishArguments>();
-  CLI::App* command = app.add_subcommand(
-      "publish", "write the catalogue as a web page with one row per device (html), or as a table with one row "
-                 "per definition (csv, jsonl); hidden definitions too, marked, unless --visible-only");
+  CLI::App* command =
+      app.add_subcommand("publish",
+                         "write the catalogue as a web page with one row per device (html), or as a table with one row "
+                         "per definition (csv, jsonl); hidden definitions too, marked, unless --visible-only");
   AddCommonOptions(command, *args, false);
   command->add_option("-o,--output", args->output,
                       "file to write, its format told by its name (.html, .htm, .csv, .jsonl, .ndjson); - (the "

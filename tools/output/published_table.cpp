@@ -114,9 +114,9 @@ class CsvRow {
   std::string list_;
 };
 
-constexpr const char* kCsvColumns[] = {"kind",     "manufacturer", "device", "device_line", "id",
-                                       "generation", "hidden",     "package_name", "packages", "module",
-                                       "adapters", "text",         "line"};
+constexpr const char* kCsvColumns[] = {"kind",       "manufacturer", "device",       "device_line", "id",
+                                       "generation", "hidden",       "package_name", "packages",    "module",
+                                       "adapters",   "text",         "line"};
 
 }  // namespace
 
