@@ -99,6 +99,10 @@ const ToolCommand kToolCommands[] = {
     {"write", 7, {"write", "FILE", "-o", "OUT"}},
     {"convert", 2, {"convert", "FILE", "-o", "OUT"}},
     {"export", 7, {"export", "FILE", "--dir", "/tmp"}},
+    // The catalogue published: one row per definition, or the page.
+    {"publish_csv", 7, {"publish", "FILE", "--format", "csv", "-o", "OUT"}},
+    {"publish_jsonl", 7, {"publish", "FILE", "--format", "jsonl", "-o", "OUT"}},
+    {"publish_html", 7, {"publish", "FILE", "--format", "html", "-o", "OUT"}},
     // One definition changed, and a housing inserted at the front, which
     // renumbers every reference behind it; each read back and verified.
     {"edit_set", 7, {"edit", "FILE", "set", "1006", "module=0", "text=changed", "-o", "OUT"}},

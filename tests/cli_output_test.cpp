@@ -38,6 +38,8 @@ TEST(CliOutput, EveryCommandFailsWhenStandardOutputIsFull) {
       "find --json " + good + " --id 1003",
       "write --force -q " + good + " -o -",
       "convert " + Example("programmers_v2.def") + " -o -",
+      "publish --format csv " + good,
+      "publish --format jsonl " + damaged,
       "diff " + good + " " + damaged,
       "diff --json " + good + " " + damaged,
       "diff --stat " + good + " " + damaged,

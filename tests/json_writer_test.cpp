@@ -50,17 +50,21 @@ void Write(JsonWriter& writer, const json& value) {
   }
 }
 
-std::string Written(const json& value) {
+std::string Written(const json& value, JsonWriter::Layout layout = JsonWriter::Layout::kIndented) {
   std::string text;
   {
     OutputBuffer out(&text);
-    JsonWriter writer(out);
+    JsonWriter writer(out, layout);
     Write(writer, value);
   }
   return text;
 }
 
 std::string Dumped(const json& value) { return value.dump(2, ' ', false, json::error_handler_t::replace); }
+
+// The compact layout is dump() without an indent.
+std::string Compact(const json& value) { return Written(value, JsonWriter::Layout::kCompact); }
+std::string DumpedCompact(const json& value) { return value.dump(-1, ' ', false, json::error_handler_t::replace); }
 
 TEST(JsonWriter, LayoutOfNestedValuesAsDump) {
   const json document = {
@@ -73,8 +77,11 @@ TEST(JsonWriter, LayoutOfNestedValuesAsDump) {
       {"deep", {{{{"x", {{{"y", json::array({json::object({{"z", "w"}})})}}}}}}}},
   };
   EXPECT_EQ(Written(document), Dumped(document));
+  EXPECT_EQ(Compact(document), DumpedCompact(document));
+  EXPECT_EQ(Compact(document).find('\n'), std::string::npos);
   for (const json& top : {json::array(), json::object(), json(nullptr), json(-5), json("s")}) {
     EXPECT_EQ(Written(top), Dumped(top));
+    EXPECT_EQ(Compact(top), DumpedCompact(top));
   }
 }
 
@@ -107,6 +114,9 @@ TEST(JsonWriter, StringsEscapedAsDump) {
     // As a key too.
     const json object = {{text, 1}};
     EXPECT_EQ(Written(object), Dumped(object)) << text;
+    // A line end in a string stays escaped, so a compact value is one line.
+    const json pair = {{text, text}, {"b", json::array({text})}};
+    EXPECT_EQ(Compact(pair), DumpedCompact(pair)) << text;
   }
 }
 

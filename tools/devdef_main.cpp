@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
 
   const std::vector<Command> commands = {AddTreeCommand(app),   AddListCommand(app),   AddShowCommand(app),
                                          AddFindCommand(app),  AddCheckCommand(app),   AddWriteCommand(app),
-                                         AddConvertCommand(app), AddExportCommand(app),
+                                         AddConvertCommand(app), AddExportCommand(app), AddPublishCommand(app),
                                          AddDiffCommand(app), AddEditCommand(app), AddLspCommand(app)};
   // git hands devdef diff, as its external diff program, arguments of its
   // own at the end, which are no options even where they start with "-".

@@ -10,6 +10,8 @@
 # standard error when there is any, then "--- exit N":
 #   NAME.check.txt   devdef check NAME.def OPTIONS                 (always)
 #   NAME.check.json  devdef check --format json NAME.def OPTIONS   (always)
+#   NAME.publish.csv   devdef publish --format csv NAME.def OPTIONS   (always)
+#   NAME.publish.jsonl devdef publish --format jsonl NAME.def OPTIONS (always)
 #   NAME.tree.txt    devdef tree NAME.def OPTIONS                  (when present)
 #   NAME.tree.json   devdef tree --json NAME.def OPTIONS           (when present)
 #   NAME.show.txt    devdef show NAME.def '*' --all OPTIONS        (when present)
@@ -80,6 +82,10 @@ set -f
 run check.txt "$tool" check "$name.def" $options
 # shellcheck disable=SC2086
 run check.json "$tool" check --format json "$name.def" $options
+# shellcheck disable=SC2086
+run publish.csv "$tool" publish --format csv "$name.def" $options
+# shellcheck disable=SC2086
+run publish.jsonl "$tool" publish --format jsonl "$name.def" $options
 if [ -f "$expected_dir/$name.tree.txt" ]; then
   # shellcheck disable=SC2086
   run tree.txt "$tool" tree "$name.def" $options
@@ -133,7 +139,7 @@ fi
 set +f
 
 failed=0
-for form in check.txt check.json tree.txt tree.json show.txt show.json list.txt list.json find.txt find.json diff.txt \
+for form in check.txt check.json publish.csv publish.jsonl tree.txt tree.json show.txt show.json list.txt list.json find.txt find.json diff.txt \
     diff.json write.txt convert.txt edit.txt; do
   [ -f "$work/$form" ] || continue
   expected=$expected_dir/$name.$form

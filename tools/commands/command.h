@@ -78,6 +78,7 @@ Command AddCheckCommand(CLI::App& app);
 Command AddWriteCommand(CLI::App& app);
 Command AddConvertCommand(CLI::App& app);
 Command AddExportCommand(CLI::App& app);
+Command AddPublishCommand(CLI::App& app);
 Command AddDiffCommand(CLI::App& app);
 Command AddEditCommand(CLI::App& app);
 Command AddLspCommand(CLI::App& app);

@@ -164,6 +164,27 @@ int WriteBytesTo(const std::string& bytes, const std::string& path) {
   return 1;
 }
 
+// Has write put its output into the file at path; 1, or -1 after a
+// failure it reported.
+int WriteStreamTo(const std::function<void(std::FILE*)>& write, const std::string& path) {
+  std::FILE* out = std::fopen(path.c_str(), "wb");
+  if (out == nullptr) {
+    Problem("cannot write '%s': %s", path.c_str(), std::strerror(errno));
+    return -1;
+  }
+  write(out);
+  // The errno of a failed write is still there when nothing failed since.
+  const bool failed = std::fflush(out) != 0 || std::ferror(out) != 0;
+  const int error = errno;
+  const bool closed = std::fclose(out) == 0;
+  if (failed || !closed) {
+    if (failed) errno = error;
+    Problem("cannot write '%s': %s", path.c_str(), std::strerror(errno));
+    return -1;
+  }
+  return 1;
+}
+
 // The file at requestedPath ("-": standard output) made by write (into a
 // temporary file, giving 1, 0 or -1 as WriteThroughLibrary) and verified.
 WriteOutcome WriteVia(const std::string& requestedPath, const std::function<int(const std::string&)>& write,
@@ -237,6 +258,10 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
 
 WriteOutcome WriteFileBytes(const std::string& bytes, const std::string& outPath) {
   return WriteVia(outPath, [&](const std::string& temp) { return WriteBytesTo(bytes, temp); }, nullptr);
+}
+
+WriteOutcome WriteFileStream(const std::function<void(std::FILE*)>& write, const std::string& outPath) {
+  return WriteVia(outPath, [&](const std::string& temp) { return WriteStreamTo(write, temp); }, nullptr);
 }
 
 bool MakeExportDirectory(const std::string& dir, TempPath* exportDir) {

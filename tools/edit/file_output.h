@@ -4,6 +4,7 @@
 #ifndef DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
 #define DEVDEF_TOOLS_EDIT_FILE_OUTPUT_H_
 
+#include <cstdio>
 #include <functional>
 #include <string>
 
@@ -42,6 +43,11 @@ WriteOutcome WriteDefinitionFile(KCDeviceDefCtrl& ctrl, DefOutput what, const st
 // a temporary file renamed into place with the mode of the file it
 // replaces; kWritten or kFailed (reported).
 WriteOutcome WriteFileBytes(const std::string& bytes, const std::string& outPath);
+
+// The same for output made as it is written, which need not fit in memory:
+// write puts it into the temporary file's stream (whose error state says
+// whether it got there).
+WriteOutcome WriteFileStream(const std::function<void(std::FILE*)>& write, const std::string& outPath);
 
 // Makes a new directory inside dir, held by exportDir, for a controller's
 // device list export (its path prefix), so that nothing half-written ever

@@ -18,6 +18,11 @@ void JsonWriter::BeforeItem() {
     return;
   }
   if (empty_.empty()) return;
+  if (compact_) {
+    if (!empty_.back()) out_.Append(',');
+    empty_.back() = false;
+    return;
+  }
   if (empty_.back()) {
     out_.Append('\n');
     empty_.back() = false;
@@ -30,7 +35,7 @@ void JsonWriter::BeforeItem() {
 void JsonWriter::Close(char bracket) {
   const bool empty = empty_.back();
   empty_.pop_back();
-  if (!empty) {
+  if (!empty && !compact_) {
     out_.Append('\n');
     out_.AppendRepeated(' ', 2 * empty_.size());
   }
@@ -56,7 +61,11 @@ void JsonWriter::EndArray() { Close(']'); }
 void JsonWriter::Key(std::string_view key) {
   BeforeItem();
   Escaped(key);
-  out_.Append(": ", 2);
+  if (compact_) {
+    out_.Append(':');
+  } else {
+    out_.Append(": ", 2);
+  }
   afterKey_ = true;
 }
 

@@ -5,6 +5,8 @@
 // escaped (\b \f \n \r \t, others as \u00xx), and each ill-formed part of
 // UTF-8 becomes U+FFFD. Keys come in the order they are written: the
 // documents put them in alphabetical order, and their writers do so.
+// A compact writer puts a value on one line instead, as dump() does:
+// no blanks and no line ends inside it, "key":value.
 #ifndef DEVDEF_TOOLS_OUTPUT_JSON_WRITER_H_
 #define DEVDEF_TOOLS_OUTPUT_JSON_WRITER_H_
 
@@ -16,7 +18,10 @@
 
 class JsonWriter {
  public:
-  explicit JsonWriter(OutputBuffer& out) : out_(out) {}
+  enum class Layout { kIndented, kCompact };
+
+  explicit JsonWriter(OutputBuffer& out, Layout layout = Layout::kIndented)
+      : out_(out), compact_(layout == Layout::kCompact) {}
 
   void BeginObject();
   void EndObject();
@@ -43,6 +48,7 @@ class JsonWriter {
   void Escaped(std::string_view text);
 
   OutputBuffer& out_;
+  const bool compact_;
   // Per open array or object: true while it holds nothing yet.
   std::vector<bool> empty_;
   bool afterKey_ = false;
