@@ -85,11 +85,12 @@
     return (name) => pattern.test(name);
   }
 
-  // Which entries of a table of names a word matches.
+  // Which numbers of a table of names a word matches; a number the table
+  // has no name for is shown, and matched, as "#7".
   function tableHits(table, test) {
     const hits = new Uint8Array(table.length);
     table.forEach((name, i) => { hits[i] = test(fold(name)) ? 1 : 0; });
-    return hits;
+    return (number) => (number < hits.length ? hits[number] === 1 : test('#' + number));
   }
 
   let foldedNames = null;  // made on the first search by name
@@ -102,7 +103,7 @@
     return (i) => {
       const { start, values } = list;
       for (let p = start[data.first[i]], end = start[data.first[i + 1]]; p < end; p++) {
-        if (hits[values[p]]) return true;
+        if (hits(values[p])) return true;
       }
       return false;
     };
@@ -114,14 +115,14 @@
     const field = colon > 0 ? word.slice(0, colon).toLowerCase() : '';
     const value = word.slice(colon + 1);
     switch (colon > 0 ? field : 'name') {
-      case 'kind': { const hits = tableHits(raw.kinds, nameTest(value)); return (i) => hits[data.kind(i)] === 1; }
-      case 'manufacturer': { const hits = tableHits(raw.makers, nameTest(value)); return (i) => hits[data.maker(i)] === 1; }
+      case 'kind': { const hits = tableHits(raw.kinds, nameTest(value)); return (i) => hits(data.kind(i)); }
+      case 'manufacturer': { const hits = tableHits(raw.makers, nameTest(value)); return (i) => hits(data.maker(i)); }
       case 'package': return anyListed(data.packages, tableHits(raw.packages, nameTest(value)));
       case 'adapter': return anyListed(data.adapters, tableHits(raw.adapters, nameTest(value)));
       case 'module': {
         const hits = tableHits(raw.modules, nameTest(value));
         return (i) => {
-          for (let d = data.first[i]; d < data.first[i + 1]; d++) if (hits[data.module[d]]) return true;
+          for (let d = data.first[i]; d < data.first[i + 1]; d++) if (hits(data.module[d])) return true;
           return false;
         };
       }
