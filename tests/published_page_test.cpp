@@ -38,43 +38,71 @@ json DataOf(const std::string& page) {
   return json::parse(page.substr(begin + open.size(), end - begin - open.size()));
 }
 
+// A column of numbers as the page's script reads it: base-64 digits of
+// five bits, least significant first, 32 and above saying another follows;
+// signed ones zigzagged.
+std::vector<std::int64_t> Numbers(const json& column, bool isSigned = false) {
+  static const std::string kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::vector<std::int64_t> numbers;
+  std::uint64_t value = 0;
+  int shift = 0;
+  for (const char c : column.get<std::string>()) {
+    const std::uint64_t digit = kDigits.find(c);
+    value |= (digit & 31) << shift;
+    shift += 5;
+    if (digit >= 32) continue;
+    const auto half = static_cast<std::int64_t>(value >> 1);
+    numbers.push_back(!isSigned ? static_cast<std::int64_t>(value) : (value & 1) ? -half - 1 : half);
+    value = 0;
+    shift = 0;
+  }
+  EXPECT_EQ(shift, 0);
+  return numbers;
+}
+
 // A device's definitions as the page's script reads them: the differences
-// of ids and lines added up.
+// of ids added up.
 struct PageDefinition {
   std::int64_t id;
   std::int64_t generation;
   bool hidden;
-  std::int64_t line;
+  std::int64_t module;
   std::string text;
-  json packages;
-  json adapters;
+  std::vector<std::int64_t> packages;
+  std::vector<std::int64_t> adapters;
 };
 
 std::vector<std::vector<PageDefinition>> DefinitionsOf(const json& data) {
   std::vector<std::vector<PageDefinition>> devices;
   const json& defs = data["definition"];
-  std::int64_t deviceLine = 0, id = 0;
-  size_t d = 0, packages = 0, adapters = 0;
-  for (size_t i = 0; i < data["device"]["name"].size(); ++i) {
-    deviceLine += data["device"]["line"][i].get<std::int64_t>();
-    std::int64_t line = deviceLine;
+  const auto counts = Numbers(data["device"]["definitions"]);
+  const auto ids = Numbers(defs["id"], true);
+  const auto generations = Numbers(defs["generation"]);
+  const auto modules = Numbers(defs["module"]);
+  const auto texts = Numbers(defs["text"]);
+  const auto packages = Numbers(defs["packages"]);
+  const auto adapters = Numbers(defs["adapters"]);
+  std::int64_t id = 0;
+  size_t d = 0, p = 0, a = 0;
+  for (const std::int64_t count : counts) {
     devices.emplace_back();
-    for (int k = 0; k < data["device"]["definitions"][i].get<int>(); ++k, ++d) {
+    for (std::int64_t k = 0; k < count; ++k, ++d) {
       PageDefinition def;
-      def.id = id += defs["id"][d].get<std::int64_t>();
-      def.generation = defs["generation"][d].get<std::int64_t>() / 2;
-      def.hidden = defs["generation"][d].get<std::int64_t>() % 2 == 1;
-      def.line = line += defs["line"][d].get<std::int64_t>();
-      def.text = data["texts"][defs["text"][d].get<size_t>()];
-      const size_t packageCount = defs["packages"][packages++];
-      for (size_t p = 0; p < packageCount; ++p) def.packages.push_back(defs["packages"][packages++]);
-      const size_t adapterCount = defs["adapters"][adapters++];
-      for (size_t a = 0; a < adapterCount; ++a) def.adapters.push_back(defs["adapters"][adapters++]);
+      def.id = id += ids.at(d);
+      def.generation = generations.at(d) / 2;
+      def.hidden = generations.at(d) % 2 == 1;
+      def.module = modules.at(d);
+      def.text = data["texts"][static_cast<size_t>(texts.at(d))];
+      def.packages.assign(packages.begin() + p + 1, packages.begin() + p + 1 + packages.at(p));
+      p += 1 + def.packages.size();
+      def.adapters.assign(adapters.begin() + a + 1, adapters.begin() + a + 1 + adapters.at(a));
+      a += 1 + def.adapters.size();
       devices.back().push_back(def);
     }
   }
-  EXPECT_EQ(d, defs["id"].size());
-  EXPECT_EQ(packages, defs["packages"].size());
+  EXPECT_EQ(d, ids.size());
+  EXPECT_EQ(p, packages.size());
+  EXPECT_EQ(a, adapters.size());
   return devices;
 }
 
@@ -94,17 +122,22 @@ TEST(PublishedPage, HoldsEveryDeviceWithItsDefinitionsAsTheCatalogueHasThem) {
     const json data = DataOf(PageOf(*analysis, options));
     const auto devices = DefinitionsOf(data);
     ASSERT_EQ(devices.size(), analysis->Devices().size());
+    const auto groupSteps = Numbers(data["device"]["group"], true);
+    const auto lineSteps = Numbers(data["device"]["line"], true);
+    const auto groups = Numbers(data["groups"]);
+    std::int64_t group = 0, line = 0;
     for (size_t i = 0; i < devices.size(); ++i) {
       const DeviceRecord& at = analysis->Devices()[i];
       const ManufacturerRecord& maker = analysis->Manufacturers()[at.manufacturer];
       EXPECT_EQ(data["device"]["name"][i], ShownText(at.device->m_DeviceName));
       // The device's group, as the differences add up, names its kind and
-      // manufacturer.
-      std::int64_t group = 0;
-      for (size_t k = 0; k <= i; ++k) group += data["device"]["group"][k].get<std::int64_t>();
-      EXPECT_EQ(data["kinds"][data["groups"][2 * group].get<size_t>()],
+      // manufacturer; its line is where its name stands.
+      group += groupSteps.at(i);
+      line += lineSteps.at(i);
+      EXPECT_EQ(data["kinds"][static_cast<size_t>(groups.at(2 * group))],
                 ShownText(analysis->Kinds()[maker.kind].kind->m_Name));
-      EXPECT_EQ(data["makers"][data["groups"][2 * group + 1].get<size_t>()], ShownText(maker.manufacturer->m_Name));
+      EXPECT_EQ(data["makers"][static_cast<size_t>(groups.at(2 * group + 1))], ShownText(maker.manufacturer->m_Name));
+      EXPECT_EQ(line, analysis->Map().PointOf(at.name.begin).line);
       ASSERT_EQ(devices[i].size(), at.definitionCount);
       for (std::uint32_t k = 0; k < at.definitionCount; ++k) {
         const DEVICE_KVRXDEF_ITEM& def = analysis->DefinitionOf(at.firstDefinition + k);
@@ -112,11 +145,12 @@ TEST(PublishedPage, HoldsEveryDeviceWithItsDefinitionsAsTheCatalogueHasThem) {
         EXPECT_EQ(shown.id, def.m_DefID);
         EXPECT_EQ(shown.generation, def.m_KvrType);
         EXPECT_EQ(shown.hidden, def.IsHidden());
-        EXPECT_EQ(shown.line, analysis->Map().PointOf(analysis->Definitions()[at.firstDefinition + k].line.begin).line);
         EXPECT_EQ(shown.text, ShownText(def.m_DefLine));
         ASSERT_EQ(shown.packages.size(), static_cast<size_t>(def.m_PackageIds.GetSize()));
         for (int p = 0; p < def.m_PackageIds.GetSize(); ++p) EXPECT_EQ(shown.packages[p], def.m_PackageIds[p]);
         ASSERT_EQ(shown.adapters.size(), static_cast<size_t>(def.m_AdapterIds.GetSize()));
+        for (int a = 0; a < def.m_AdapterIds.GetSize(); ++a) EXPECT_EQ(shown.adapters[a], def.m_AdapterIds[a]);
+        EXPECT_EQ(shown.module, def.m_ModulId);
       }
     }
     EXPECT_EQ(data["packages"].size(), analysis->ListNames(0).size());
@@ -151,7 +185,9 @@ TEST(PublishedPage, NoNameEndsTheDataOrTheMarkupAndWindows1252IsDecoded) {
   // or device line opens a comment.)
   const std::string bytes =
       "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST DIP8;\nADAPTER_LIST A</script>;\nMODUL_LIST BASE;\n\n"
-      "K<b>:\n\n:M&amp;\n\nD\xE9vice<!--\n{\nKVR5DEF: 1 0 0 0 8 : a </SCRIPT> \"text\" <!-- \\ end\n}\n";
+      "K<b>:\n\n:M&amp;\n\nD\xE9vice<!--\n{\nKVR5DEF: 1 0 0 0 8 : a </SCRIPT> \"text\" <!-- \\ end\n}\n"
+      // Ids that step up past 32 bits and down again.
+      "E\n{\nKVR5DEF: 3000000000 0 0 0 8 : x\n}\nF\n{\nKVR5DEF: 2 0 0 0 8 : y\n}\n";
   const auto analysis = Analysis::ReadText("a<b>&\".def", bytes, AnalysisOptions{});
   ASSERT_TRUE(analysis->Usable()) << analysis->Error();
   SetShownEncoding(DetectTextEncoding(analysis->Bytes()));
@@ -175,7 +211,12 @@ TEST(PublishedPage, NoNameEndsTheDataOrTheMarkupAndWindows1252IsDecoded) {
   EXPECT_EQ(data["kinds"], json::array({"K<b>"}));
   EXPECT_EQ(data["makers"], json::array({"M&amp;"}));
   EXPECT_EQ(data["adapters"], json::array({"A</script>"}));
-  EXPECT_EQ(data["device"]["name"], json::array({"D\u00e9vice<!--"}));
+  EXPECT_EQ(data["device"]["name"], json::array({"D\u00e9vice<!--", "E", "F"}));
+  const auto devices = DefinitionsOf(data);
+  ASSERT_EQ(devices.size(), 3u);
+  EXPECT_EQ(devices[0].at(0).id, 1);
+  EXPECT_EQ(devices[1].at(0).id, 3000000000);
+  EXPECT_EQ(devices[2].at(0).id, 2);
   EXPECT_EQ(data["texts"][0], " a </SCRIPT> \"text\" <!-- \\ end");
 }
 

@@ -69,6 +69,24 @@ def page_data(page):
     return json.loads(html[begin:html.index("</script>", begin)])
 
 
+DIGITS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"
+
+
+def numbers(text, signed=False):
+    """A column of the page's data: base-64 digits of five bits, least
+    significant first, 32 and above saying another follows; signed ones
+    zigzagged."""
+    values, value, shift = [], 0, 0
+    for c in text:
+        digit = DIGITS.index(c)
+        value |= (digit & 31) << shift
+        shift += 5
+        if digit < 32:
+            values.append(-(value + 1) // 2 if signed and value & 1 else value // 2 if signed else value)
+            value, shift = 0, 0
+    return values
+
+
 def open_page(driver, url, timeout=60):
     """Opens url (loading it again even where only the fragment differs)
     and waits for the page's first render; returns its time in ms."""

@@ -29,23 +29,22 @@ KEYSTROKE_LIMIT = 3 * 50       # ms
 
 
 def devices_of(data):
-    """Each device of the page's data: its name, kind, manufacturer,
-    package names and ids."""
+    """Each device of the page's data: its name, kind, manufacturer and
+    package names."""
+    numbers = page_driver.numbers
+    groups, counts = numbers(data["groups"]), numbers(data["device"]["definitions"])
+    packages = numbers(data["definition"]["packages"])
     devices = []
-    group = 0
-    d = packages = 0
-    definition = data["definition"]
-    for i, name in enumerate(data["device"]["name"]):
-        group += data["device"]["group"][i]
+    group = at = 0
+    for name, step, count in zip(data["device"]["name"], numbers(data["device"]["group"], True), counts):
+        group += step
         names = set()
-        for _ in range(data["device"]["definitions"][i]):
-            count = definition["packages"][packages]
-            for number in definition["packages"][packages + 1:packages + 1 + count]:
+        for _ in range(count):
+            for number in packages[at + 1:at + 1 + packages[at]]:
                 names.add(data["packages"][number] if number < len(data["packages"]) else f"#{number}")
-            packages += 1 + count
-            d += 1
-        devices.append({"name": name, "kind": data["kinds"][data["groups"][2 * group]],
-                        "maker": data["makers"][data["groups"][2 * group + 1]], "packages": names})
+            at += 1 + packages[at]
+        devices.append({"name": name, "kind": data["kinds"][groups[2 * group]],
+                        "maker": data["makers"][groups[2 * group + 1]], "packages": names})
     return devices
 
 

@@ -12,41 +12,64 @@
   const PRINT_LIMIT = 2000;   // rows a printout holds at most
 
   // --- The data -----------------------------------------------------------
-  // The writer's columns hold indexes into shared tables; lines and ids as
-  // the difference from the one before. Here they become absolute numbers
-  // in typed arrays, and each definition's packages and adapters a slice of
-  // one array.
+  // The writer's columns of numbers are strings of base-64 digits, five
+  // bits to a digit, least significant first; a digit of 32 or more says
+  // that another follows. Signed columns are zigzagged (0, -1, 1, -2 as 0,
+  // 1, 2, 3).
+  const DIGITS = 'ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/';
+  const digitOf = new Uint8Array(128);
+  for (let i = 0; i < 64; i++) digitOf[DIGITS.charCodeAt(i)] = i;
+  function numbers(text, signed) {
+    const values = new Float64Array(text.length);  // ids may take 32 bits: no bit operations on them
+    let n = 0, value = 0, scale = 1;
+    for (let i = 0; i < text.length; i++) {
+      const digit = digitOf[text.charCodeAt(i)];
+      value += (digit & 31) * scale;
+      if (digit < 32) {
+        values[n++] = !signed ? value : value % 2 ? -(value + 1) / 2 : value / 2;
+        value = 0;
+        scale = 1;
+      } else {
+        scale *= 32;
+      }
+    }
+    return values.subarray(0, n);
+  }
+
+  // Indexes into shared tables, and lines and ids as the difference from
+  // the one before: here they become absolute numbers, and each
+  // definition's packages and adapters a slice of one array.
   function readData(raw) {
     const names = raw.device.name;
     const n = names.length;
-    const group = new Uint32Array(n), line = new Uint32Array(n), first = new Uint32Array(n + 1);
+    const groups = numbers(raw.groups);
+    const deviceGroup = numbers(raw.device.group, true), deviceLine = numbers(raw.device.line, true);
+    const deviceDefinitions = numbers(raw.device.definitions);
     const defs = raw.definition;
-    const m = defs.id.length;
+    const idStep = numbers(defs.id, true), generations = numbers(defs.generation);
+    const m = idStep.length;
+    const group = new Uint32Array(n), line = new Uint32Array(n), first = new Uint32Array(n + 1);
     const id = new Float64Array(m), generation = new Uint32Array(m), hidden = new Uint8Array(m);
-    const defLine = new Uint32Array(m);
     let g = 0, l = 0, d = 0, lastId = 0;
     for (let i = 0; i < n; i++) {
-      group[i] = g += raw.device.group[i];
-      line[i] = l += raw.device.line[i];
+      group[i] = g += deviceGroup[i];
+      line[i] = l += deviceLine[i];
       first[i] = d;
-      let at = l;
-      for (const end = d + raw.device.definitions[i]; d < end; d++) {
-        id[d] = lastId += defs.id[d];
-        generation[d] = defs.generation[d] >> 1;
-        hidden[d] = defs.generation[d] & 1;
-        defLine[d] = at += defs.line[d];
+      for (const end = d + deviceDefinitions[i]; d < end; d++) {
+        id[d] = lastId += idStep[d];
+        generation[d] = generations[d] >> 1;
+        hidden[d] = generations[d] & 1;
       }
     }
     first[n] = d;
-    const groups = raw.groups;
     return {
       raw, n, names, line, first, id, generation, hidden,
       kind: (i) => groups[2 * group[i]],
       maker: (i) => groups[2 * group[i] + 1],
-      module: Uint32Array.from(defs.module),
-      text: Uint32Array.from(defs.text),
-      packages: slices(defs.packages, m),
-      adapters: slices(defs.adapters, m),
+      module: numbers(defs.module),
+      text: numbers(defs.text),
+      packages: slices(numbers(defs.packages), m),
+      adapters: slices(numbers(defs.adapters), m),
     };
   }
 
