@@ -19,6 +19,7 @@ import pathlib
 import random
 import sys
 import time
+import urllib.parse
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import page_driver  # noqa: E402
@@ -114,14 +115,19 @@ class PageCheck:
         self.search.send_keys(Keys.ESCAPE)
         self.expect_shown("after Escape", devices)
 
-        # A link with the search in it, sorted by name going down.
-        driver.get(self.url + "#q=" + wildcard + "&sort=name&order=desc")
-        page_driver.open_page(driver, self.url + "#q=" + wildcard + "&sort=name&order=desc")
-        wanted = [d for d in devices if name_test(wildcard)(d["name"])]
+        # A link with the search and the kind filter in it, sorted by name
+        # going down.
+        kind = devices[0]["kind"]
+        link = f"#q={urllib.parse.quote(wildcard)}&kind={urllib.parse.quote(kind)}&sort=name&order=desc"
+        page_driver.open_page(driver, self.url + link)
+        wanted = [d for d in devices if name_test(wildcard)(d["name"]) and d["kind"] == kind]
         wanted = sorted(wanted, key=lambda d: fold(d["name"]), reverse=True)
         self.expect_shown("#q= link, sorted down", wanted)
         self.search = driver.find_element("id", "search")
         expect(f"{self.label}: search box after #q=", self.search.get_attribute("value"), wildcard)
+        expect(f"{self.label}: kind filter after #q=",
+               driver.find_element("id", "kind").get_attribute("value"), kind)
+        driver.find_element("id", "kind").send_keys(Keys.HOME)  # the first choice: all kinds
 
         # Sorting a column by its header, then the other way.
         self.search.send_keys(Keys.ESCAPE)
@@ -228,11 +234,11 @@ def main():
 
 
 def screenshot(driver, args):
-    """The README's picture: the first file's page, searched."""
+    """The README's picture: the first file's page, sorted by kind."""
     page = os.path.join(args.work, "screenshot.html")
     page_driver.write_page(args.page_command, args.files[0], page)
-    driver.set_window_size(1280, 640)
-    page_driver.open_page(driver, pathlib.Path(page).resolve().as_uri() + "#q=at*")
+    driver.set_window_size(1280, 600)
+    page_driver.open_page(driver, pathlib.Path(page).resolve().as_uri() + "#sort=kind")
     driver.save_screenshot(args.screenshot)
     print(f"page_test: wrote {args.screenshot}")
     return 0

@@ -231,6 +231,7 @@
     state.sort = params.get('sort') || '';
     state.desc = params.get('order') === 'desc';
     search.value = state.q;
+    if (state.kind || state.maker) fillSelects();
     kindSelect.value = raw.kinds.includes(state.kind) ? state.kind : '';
     makerSelect.value = raw.makers.includes(state.maker) ? state.maker : '';
   }
@@ -372,12 +373,16 @@
   addEventListener('afterprint', () => { printNote.textContent = ''; rendered = null; render(); });
 
   // --- Controls -----------------------------------------------------------
-  function fillSelect(select, table) {
-    const sorted = [...table].sort(collator.compare);
-    for (const name of sorted) select.add(new Option(name, name));
+  // The filters' choices, sorted: made once the first rows are shown, or
+  // before when the address names a kind or manufacturer.
+  let filled = false;
+  function fillSelects() {
+    if (filled) return;
+    filled = true;
+    for (const [select, table] of [[kindSelect, raw.kinds], [makerSelect, raw.makers]]) {
+      for (const name of [...table].sort(collator.compare)) select.add(new Option(name, name));
+    }
   }
-  fillSelect(kindSelect, raw.kinds);
-  fillSelect(makerSelect, raw.makers);
 
   $('controls').addEventListener('submit', (event) => event.preventDefault());
   search.addEventListener('input', () => { state.q = search.value.trim(); update(); });
@@ -414,4 +419,5 @@
   readAddress();
   update();
   requestAnimationFrame(() => { page.firstRender = performance.now(); });
+  setTimeout(fillSelects, 0);
 })();
