@@ -419,5 +419,7 @@
   readAddress();
   update();
   requestAnimationFrame(() => { page.firstRender = performance.now(); });
-  setTimeout(fillSelects, 0);
+  // What the first search by name and the filters need, made once the
+  // first rows are shown rather than on the first keystroke.
+  setTimeout(() => { fillSelects(); folded(); }, 0);
 })();
