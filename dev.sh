@@ -6,7 +6,7 @@ set -euo pipefail
 PACKAGES=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev pkg-config
           clang libclang-rt-dev gcovr valgrind neovim doxygen git
           python3-dev python3-pybind11 pybind11-dev python3-pytest python3-pip python3-setuptools python3-wheel
-          python3-venv)
+          python3-venv chromium chromium-driver python3-selenium)
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 JOBS="${JOBS:-$(nproc)}"
@@ -153,6 +153,8 @@ case "${1:-}" in
     # The language server's test in Neovim runs in every build: here nvim is
     # installed, so a missing one fails rather than skips it.
     export DEVDEF_REQUIRE_NVIM=1
+    # The published page's test in headless Chromium, likewise.
+    export DEVDEF_REQUIRE_CHROMIUM=1
     build dev
     ctest --preset dev --parallel "$JOBS"
     tests/consumer/check.sh build/dev
