@@ -26,7 +26,7 @@ commands:
             pkg-config); build the Python module's wheel with pip, offline,
             and install and import it with --target and in a venv; render
             the API reference; run each fuzz target for a short smoke
-            (FUZZ_SECONDS, default 20); check the coverage of the library
+            (FUZZ_SECONDS, default 10); check the coverage of the library
             (at least 95% of lines and 90% of branches)
   docs      render the API reference and the host guide with Doxygen into
             build/docs/html (any Doxygen warning fails)
@@ -107,7 +107,7 @@ coverage() {
 }
 
 fuzz_smoke() {
-  cmake --preset fuzz -DDEVDEF_FUZZ_SECONDS="${FUZZ_SECONDS:-20}"
+  cmake --preset fuzz -DDEVDEF_FUZZ_SECONDS="${FUZZ_SECONDS:-10}"
   cmake --build --preset fuzz --parallel "$JOBS"
   ctest --preset fuzz --parallel "$JOBS"
 }
