@@ -22,11 +22,6 @@ std::string CopyOf(const ScratchDir& dir, const std::string& name, mode_t mode) 
   return path;
 }
 
-mode_t ModeOf(const std::string& path) {
-  struct stat info;
-  return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
-}
-
 TEST(CliEdit, TheEditedFileGoesToStandardOutputToOutOrBackInPlace) {
   ScratchDir dir;
   const std::string file = CopyOf(dir, "instruments.def", 0640);

@@ -19,11 +19,6 @@ std::string Example(const std::string& name) { return std::string(DEVDEF_EXAMPLE
 const std::string kCsvHeader =
     "kind,manufacturer,device,device_line,id,generation,hidden,package_name,packages,module,adapters,text,line\r\n";
 
-mode_t ModeOf(const std::string& path) {
-  struct stat info;
-  return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
-}
-
 TEST(CliPublish, TheFormatComesFromTheOptionElseFromTheOutputsName) {
   ScratchDir dir;
   const std::string file = Example("instruments.def");

@@ -29,11 +29,6 @@ const char kClean[] =
     "DEF_LAYOUT_VERSION = 1 \nHOUSING_LIST DIP8;\nADAPTER_LIST ADP;\nMODUL_LIST BASE;\nEPROM:\n:AMD\nAm27C256\n{\n"
     "KVR5DEF: 1 0 0 0 28 : text\n}\n";
 
-mode_t ModeOf(const std::string& path) {
-  struct stat info;
-  return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
-}
-
 TEST(CliWriteFile, ReplacedFileKeepsItsModeAndOwner) {
   ScratchDir dir;
   const std::string path = dir.Path() + "/x.def";

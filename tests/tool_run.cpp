@@ -1,6 +1,7 @@
 #include "tests/tool_run.h"
 
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -33,6 +34,11 @@ std::string ReadFile(const std::string& path) {
   std::stringstream bytes;
   bytes << in.rdbuf();
   return bytes.str();
+}
+
+unsigned ModeOf(const std::string& path) {
+  struct stat info;
+  return ::stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
 }
 
 ScratchDir::ScratchDir() {

@@ -23,6 +23,9 @@ std::string ToolPath();
 // The bytes of the file at path; empty when it cannot be read.
 std::string ReadFile(const std::string& path);
 
+// The permission bits of the file at path; 0 when it does not exist.
+unsigned ModeOf(const std::string& path);
+
 // A new directory under /tmp for a test's files, removed with all in it
 // when the object goes.
 class ScratchDir {
